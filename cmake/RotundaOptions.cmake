@@ -1,0 +1,28 @@
+# Flags that every target of the project carries, in one place.
+option(ROTUNDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(ROTUNDA_COVERAGE "Build with coverage instrumentation" OFF)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(rotunda_options INTERFACE)
+target_include_directories(rotunda_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(rotunda_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_compile_definitions(rotunda_options INTERFACE
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_URL_CAST_FROM_STRING
+  QT_STRICT_ITERATORS)
+
+if(ROTUNDA_SANITIZE)
+  target_compile_options(rotunda_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(rotunda_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(ROTUNDA_COVERAGE)
+  target_compile_options(rotunda_options INTERFACE --coverage)
+  target_link_options(rotunda_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QStringList>
+
+#include <functional>
+#include <stdexcept>
+
+namespace tinyxml2
+{
+class XMLDocument;
+class XMLElement;
+} // namespace tinyxml2
+
+// What the readers of the two documents share.
+namespace planner
+{
+
+/// Thrown by the readers where a document lacks what they need; the text says what and where.
+class DocumentError : public std::runtime_error
+{
+public:
+    explicit DocumentError(const QString& message);
+    QString message() const;
+};
+
+/// The first element of the document, whatever its name; DocumentError when there is none.
+const tinyxml2::XMLElement* rootElement(const tinyxml2::XMLDocument& document);
+
+/// The first child of this name; DocumentError naming child, parent and line when there is none.
+const tinyxml2::XMLElement* requiredChild(const tinyxml2::XMLElement* parent, const char* name);
+
+/// The text of the first child of this name: "" when it is empty, DocumentError when it is missing.
+QString childText(const tinyxml2::XMLElement* parent, const char* name);
+
+/// Calls visit for the first child of this name and every sibling element behind it, of any name.
+void forEachSibling(const tinyxml2::XMLElement* parent, const char* name,
+                    const std::function<void(const tinyxml2::XMLElement*)>& visit);
+
+/// Absolute paths of the plain files in a folder, by name, whose complete base name is as given.
+QStringList filesWithBaseName(const QString& folder, const QString& baseName);
+
+} // namespace planner

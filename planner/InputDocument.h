@@ -1,0 +1,49 @@
+#pragma once
+
+#include "planner/PlanningModel.h"
+
+namespace tinyxml2
+{
+class XMLElement;
+}
+
+// Reads ResourceXML/vek_input.xml: topology, virtual links, flows.
+namespace planner
+{
+
+/// Reads every file of the folder ResourceXML whose complete base name is "vek_input".
+///
+/// The folder lies under the current directory. Fills all lists of the context but
+/// TTStreamInstanceList. Returns code::ok, code::unreadable for a file that does not parse or lacks
+/// a required element, code::folderMissing without the folder. A flow that disagrees with its
+/// virtual link ends the reading of flows and is no error here.
+qint32 readInputDocument(PlanningContext& context);
+
+/// Fill the lists from the element "topology", "virtuallinks", "flows".
+///
+/// The first two always return code::ok; readFlows() returns code::unreadable after a flow that
+/// disagrees with its virtual link. All throw DocumentError for a missing element.
+qint32 readTopology(PlanningContext& context, const tinyxml2::XMLElement* topology);
+qint32 readVirtualLinks(PlanningContext& context, const tinyxml2::XMLElement* virtuallinks);
+qint32 readFlows(PlanningContext& context, const tinyxml2::XMLElement* flows);
+
+/// Resolves a list of node names, talker first, listener last, to a path with its ports.
+///
+/// Throws DocumentError for fewer than three names. Neighbours without a link keep port 0.
+VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& text);
+
+/// The text without its double quote characters.
+QString stripQuotes(const QString& text);
+
+/// Stores the first six parts of an address of decimal numbers joined by ":"; missing parts are 0.
+void parseMacText(const QString& text, std::array<quint8, 6>& bytes);
+
+/// Reads the text [start,end]; what is missing or no number reads as 0.
+///
+/// The unit is that of the text: microseconds in the input document, slots in the intermediate one.
+SlotWindow parseSlotWindow(const QString& text);
+
+/// Converts a window of microseconds to the slots it covers; a last slot counts from 30 us on.
+SlotWindow windowToSlots(const SlotWindow& raw);
+
+} // namespace planner

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "planner/PlanningModel.h"
+
+// Writes and reads OutputXML/vek_hs.xml, the windows of all instances.
+namespace planner
+{
+
+/// The window as "[start,end]" in slots.
+QString windowText(const SlotWindow& window);
+
+/// Writes the document under the current directory, making the folder when it is missing.
+///
+/// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
+void writeHsDocument(const PlanningContext& context);
+
+/// Reads every file of the folder OutputXML whose complete base name is "vek_hs".
+///
+/// Appends to TTStreamInstanceList and sets hopBufferNum, maxRxSlot, schedCycle and slotLen.
+/// Returns code::ok, code::unreadable for a file that does not load or lacks an element, or
+/// code::folderMissing. Slot numbers of what is read are 0.
+qint32 readIntermediateDocument(TTPlanner& planner);
+
+} // namespace planner

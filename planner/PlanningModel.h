@@ -1,0 +1,180 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <list>
+
+// Records of the planning engine. Lists own their elements by value, are appended to at the back
+// and keep document order; copying a record copies everything below it.
+//
+// Units: a period of a TTFlow, clusterCycle and schedCycle are microseconds; every SlotWindow
+// behind windowToSlots(), the period of a TTStreamInstance and all slot numbers are slots.
+namespace planner
+{
+
+/// Length of one slot in microseconds; the same for every network.
+constexpr qint32 slotLength_us = 200;
+
+/// What nodeIdOfName() returns for a name that no node has.
+constexpr quint32 unknownNode = 0xFFFFFFFFU;
+
+/// Return codes of the two stages.
+namespace code
+{
+constexpr qint32 ok = 0;
+constexpr qint32 unreadable = -1;    ///< a document does not parse or lacks what it needs
+constexpr qint32 folderMissing = -2; ///< the folder of the document does not exist
+constexpr qint32 refused = -3;       ///< an unreasonable window, or a resolution that failed
+} // namespace code
+
+/// A pair of window bounds, both included: slots, or microseconds straight after parsing.
+///
+/// The end is held first although every text form writes the start first.
+struct SlotWindow {
+    qint32 end = 0;
+    qint32 start = 0;
+};
+
+inline bool operator==(const SlotWindow& a, const SlotWindow& b)
+{
+    return a.end == b.end && a.start == b.start;
+}
+
+/// A switch on a path, with the window in which it may send there.
+struct BridgeHop {
+    quint16 nodeID = 0;
+    quint16 inport = 0;
+    quint16 outport = 0;
+    SlotWindow schedtxwin;
+    quint32 rxslotID = 0; ///< written by the second stage only
+    quint32 txslotID = 0; ///< written by the second stage only
+    quint16 buffernum = 0;
+};
+
+/// One way through the network from a talker to one listener.
+struct VirtualLinkPath {
+    quint16 talkerNodeID = 0;
+    quint16 talkerOutport = 0;
+    SlotWindow schedtxwin;
+    quint32 txslotID = 0; ///< written by the second stage only
+    quint16 talkerBuffernum = 0;
+    std::list<BridgeHop> bridges; ///< in path order
+    quint16 listenerNodeID = 0;
+    quint16 listenerInport = 0;
+    SlotWindow schedrxwin;
+    quint32 rxslotID = 0; ///< written by the second stage only
+    quint16 listenerBuffernum = 0;
+};
+
+struct HostInfo {
+    QString name; ///< without quote characters
+    quint16 nodeID = 0;
+    std::array<quint8, 6> MAC{};
+    quint16 MTU = 0;
+    quint16 buffernum = 0;
+};
+
+struct SwitchInfo {
+    QString name; ///< without quote characters
+    quint16 nodeID = 0;
+    std::array<quint8, 6> MAC{};
+    quint16 portnum = 0;
+    quint16 MTU = 0;
+    quint16 buffernum = 0;
+};
+
+/// One direction of a physical link.
+struct LinkInfo {
+    quint16 srcnode = 0;
+    quint16 dstnode = 0;
+    quint16 srcport = 0;
+    quint16 dstport = 0;
+    quint16 bandwidth = 0; ///< Mbps; carried, not used by planning
+};
+
+struct VirtualLink {
+    quint16 vlid = 0;
+    std::list<VirtualLinkPath> paths; ///< one per datapath, in document order
+};
+
+/// One time-triggered flow as read from the input document.
+struct TTFlow {
+    quint16 flowID = 0;
+    quint16 vlid = 0;
+    quint32 period = 0; ///< microseconds
+    quint16 size = 0;   ///< bytes
+    std::list<VirtualLinkPath>
+        paths; ///< private copy of the virtual link's paths, windows filled in
+};
+
+/// One transmission of a flow in the cluster cycle.
+struct TTStreamInstance {
+    quint16 flowID = 0;
+    quint16 vlid = 0;
+    quint32 period = 0;               ///< slots, rounded down
+    quint16 size = 0;                 ///< bytes
+    std::list<VirtualLinkPath> paths; ///< private copy, windows shifted to this instance
+    quint16 seq = 0;                  ///< number in the flow from 0; wraps at 65536
+};
+
+/// State of the first stage: the input document and what is derived from it.
+struct PlanningContext {
+    quint16 switchBufferNum =
+        0;                    ///< slots a frame may wait in a switch: that of the switch read last
+    quint64 clusterCycle = 0; ///< microseconds
+    std::list<HostInfo> hosts;
+    std::list<SwitchInfo> switches;
+    std::list<LinkInfo> links; ///< two records per physical link
+    std::list<VirtualLink> virtualLinks;
+    std::list<TTFlow> flows;                          ///< flows of type TT only
+    std::list<TTStreamInstance> TTStreamInstanceList; ///< flow by flow, by seq within a flow
+
+    /// Returns to the empty state in which a run begins.
+    void reset();
+
+    /// Number of the first node, hosts before switches, with exactly this name, or unknownNode.
+    quint32 nodeIdOfName(const QString& name) const;
+};
+
+/// One sending port with the instances that send on it.
+struct NodeOutport {
+    quint16 outport = 0;
+    std::list<TTStreamInstance> instances; ///< deep copies, in order of first use
+    quint32 degree = 0;                    ///< conflict degree, valid after a degree pass
+};
+
+/// One sending node with its ports in order of first use.
+struct Node {
+    quint16 nodeID = 0;
+    std::list<NodeOutport> outports;
+};
+
+/// State of the second stage.
+struct TTPlanner {
+    quint16 hopBufferNum = 0; ///< slots a window may widen per hop: that of the talker read last
+    std::list<Node> nodeList; ///< instances by sending port
+    std::list<TTStreamInstance> TTStreamInstanceList; ///< the master copy of all instances
+    qint32 maxRxSlot = 0;                             ///< largest end of a receive window read
+    quint32 schedCycle = 0;                           ///< microseconds
+    quint32 slotLen = 0;                              ///< microseconds
+
+    /// Returns to the empty state in which a run begins.
+    void reset();
+};
+
+/// The three operations on slot numbers; results beyond 32 bits wrap.
+inline qint32 addSlots(qint32 a, qint32 b)
+{
+    return static_cast<qint32>(static_cast<quint32>(a) + static_cast<quint32>(b));
+}
+inline qint32 subtractSlots(qint32 a, qint32 b)
+{
+    return static_cast<qint32>(static_cast<quint32>(a) - static_cast<quint32>(b));
+}
+inline qint32 multiplySlots(qint32 a, qint32 b)
+{
+    return static_cast<qint32>(static_cast<quint32>(a) * static_cast<quint32>(b));
+}
+
+} // namespace planner

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+
+/// Answers blocking boxes and file dialogs, in the order given, while the object lives.
+///
+/// Dialogs block the code under test, so a timer looks for the next one, records it, and answers it
+/// through its real widgets. A dialog that nobody expects is closed and recorded in unexpected().
+class DialogAnswers
+{
+public:
+    DialogAnswers();
+    DialogAnswers(const DialogAnswers&) = delete;
+    DialogAnswers& operator=(const DialogAnswers&) = delete;
+
+    /// Presses the default button of the next message box; before() runs while it is open.
+    void expectMessageBox(std::function<void()> before = {});
+    /// Types a path into the next file dialog and accepts it.
+    void expectFile(const QString& path);
+    /// Cancels the next file dialog.
+    void expectCancelledFileDialog();
+
+    /// "caption: text" of each message box, and "caption [filter]" of each file dialog, in order.
+    const QStringList& seen() const { return m_seen; }
+    const QStringList& unexpected() const { return m_unexpected; }
+    bool allAnswered() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
+
+private:
+    struct Answer {
+        enum Kind { MessageBox, File, CancelledFile } kind;
+        QString path;
+        std::function<void()> before;
+    };
+
+    void look();
+    bool answerMessageBox(QWidget* window);
+    bool answerFileDialog(QWidget* window);
+
+    QTimer m_timer;
+    QList<Answer> m_expected;
+    QStringList m_seen;
+    QStringList m_unexpected;
+    QPointer<QWidget> m_current;
+};

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "planner/PlanningModel.h"
+
 #include <tinyxml2.h>
 
 #include <QString>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 namespace planner
@@ -50,5 +53,11 @@ private:
     std::unique_ptr<std::FILE, CloseFile> m_file;
     tinyxml2::XMLPrinter m_printer;
 };
+
+/// Writes "flows" with one "flow" for each run of instances with the same flowID.
+///
+/// Instances with flowID 0 at the head of the list belong to no "flow" and are left out.
+void writeFlows(DocumentWriter& writer, const std::list<TTStreamInstance>& instances,
+                const std::function<void(const TTStreamInstance&)>& writeInstance);
 
 } // namespace planner

@@ -2,6 +2,8 @@
 
 #include "planner/PlanningModel.h"
 
+#include <QStringList>
+
 namespace tinyxml2
 {
 class XMLElement;
@@ -42,6 +44,9 @@ void parseMacText(const QString& text, std::array<quint8, 6>& bytes);
 ///
 /// The unit is that of the text: microseconds in the input document, slots in the intermediate one.
 SlotWindow parseSlotWindow(const QString& text);
+
+/// The texts between the brackets, split at ","; a well-formed window has two.
+QStringList windowBounds(const QString& text);
 
 /// Converts a window of microseconds to the slots it covers; a last slot counts from 30 us on.
 SlotWindow windowToSlots(const SlotWindow& raw);

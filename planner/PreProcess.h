@@ -24,7 +24,9 @@ qint32 preProcess(PlanningContext& context);
 quint32 computeClusterCycle(PlanningContext& context);
 
 /// Combines adjacent periods (microseconds) until one is left; leaves it in clusterCycle.
-quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods);
+///
+/// Every intermediate value is cut to 32 bits. Without periods clusterCycle stays as it is.
+quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods);
 
 /// Narrows all windows and derives those of the switches; code::ok or code::refused.
 qint32 checkTimeWindows(PlanningContext& context);

@@ -1,0 +1,362 @@
+#include "planner/InputDocument.h"
+
+#include "planner/DocumentAccess.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QStringList>
+
+#include <tinyxml2.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace planner
+{
+
+using tinyxml2::XMLElement;
+
+namespace
+{
+
+/// A last slot that is only partly inside a window counts from this many microseconds on.
+constexpr qint32 smallestLastSlot_us = 30;
+
+QString quotedText(const XMLElement* parent, const char* name)
+{
+    return stripQuotes(childText(parent, name));
+}
+
+// Text that is no number, or does not fit, reads as 0.
+quint16 number16(const XMLElement* parent, const char* name)
+{
+    return childText(parent, name).toUShort(nullptr, 10);
+}
+
+quint32 number32(const XMLElement* parent, const char* name)
+{
+    return childText(parent, name).toUInt(nullptr, 10);
+}
+
+SlotWindow slotWindow(const XMLElement* parent, const char* name)
+{
+    return windowToSlots(parseSlotWindow(childText(parent, name)));
+}
+
+HostInfo readHost(const XMLElement* element)
+{
+    HostInfo host;
+    host.name = quotedText(element, "hostname");
+    host.nodeID = number16(element, "nodeID");
+    const XMLElement* opts = requiredChild(element, "opts");
+    parseMacText(quotedText(opts, "MAC"), host.MAC);
+    host.MTU = number16(opts, "MTU");
+    host.buffernum = number16(opts, "buffernum");
+    return host;
+}
+
+SwitchInfo readSwitch(const XMLElement* element)
+{
+    SwitchInfo info;
+    info.name = quotedText(element, "switchname");
+    info.nodeID = number16(element, "nodeID");
+    const XMLElement* opts = requiredChild(element, "opts");
+    parseMacText(quotedText(opts, "MAC"), info.MAC);
+    info.portnum = number16(opts, "portnum");
+    info.MTU = number16(opts, "MTU");
+    info.buffernum = number16(opts, "buffernum");
+    return info;
+}
+
+LinkInfo readLink(const PlanningContext& context, const XMLElement* element)
+{
+    LinkInfo link;
+    link.srcnode = static_cast<quint16>(context.nodeIdOfName(quotedText(element, "srcnode")));
+    link.dstnode = static_cast<quint16>(context.nodeIdOfName(quotedText(element, "dstnode")));
+    link.srcport = number16(element, "srcport");
+    link.dstport = number16(element, "dstport");
+    link.bandwidth = number16(requiredChild(element, "opts"), "bandwidth");
+    return link;
+}
+
+LinkInfo reversed(const LinkInfo& link)
+{
+    return {link.dstnode, link.srcnode, link.dstport, link.srcport, link.bandwidth};
+}
+
+/// The ports of the link from one node to another: of parallel links the last one, else 0 and 0.
+struct LinkPorts {
+    quint16 outport = 0;
+    quint16 inport = 0;
+};
+
+LinkPorts portsBetween(const PlanningContext& context, quint16 srcnode, quint16 dstnode)
+{
+    LinkPorts ports;
+    for (const LinkInfo& link : context.links) {
+        if (link.srcnode == srcnode && link.dstnode == dstnode)
+            ports = {link.srcport, link.dstport};
+    }
+    return ports;
+}
+
+void resolvePorts(const PlanningContext& context, VirtualLinkPath& path)
+{
+    const LinkPorts first = portsBetween(context, path.talkerNodeID, path.bridges.front().nodeID);
+    path.talkerOutport = first.outport;
+    path.bridges.front().inport = first.inport;
+
+    const LinkPorts last = portsBetween(context, path.bridges.back().nodeID, path.listenerNodeID);
+    path.bridges.back().outport = last.outport;
+    path.listenerInport = last.inport;
+
+    for (auto hop = path.bridges.begin(), next = std::next(hop); next != path.bridges.end();
+         ++hop, ++next) {
+        const LinkPorts between = portsBetween(context, hop->nodeID, next->nodeID);
+        hop->outport = between.outport;
+        next->inport = between.inport;
+    }
+}
+
+void resolveBufferNumbers(const PlanningContext& context, VirtualLinkPath& path)
+{
+    for (const HostInfo& host : context.hosts) {
+        if (host.nodeID == path.talkerNodeID)
+            path.talkerBuffernum = host.buffernum;
+        if (host.nodeID == path.listenerNodeID)
+            path.listenerBuffernum = host.buffernum;
+    }
+    for (BridgeHop& hop : path.bridges) {
+        const auto found = std::find_if(
+            context.switches.begin(), context.switches.end(),
+            [&hop](const SwitchInfo& candidate) { return candidate.nodeID == hop.nodeID; });
+        hop.buffernum = found != context.switches.end() ? found->buffernum : quint16(0);
+    }
+}
+
+bool isTimeTriggered(const XMLElement* flow)
+{
+    const XMLElement* type = flow->FirstChildElement("type");
+    return type && QByteArray(type->GetText()) == "\"TT\"";
+}
+
+std::list<VirtualLinkPath> pathsOfVirtualLink(const PlanningContext& context, quint16 vlid)
+{
+    const auto found =
+        std::find_if(context.virtualLinks.begin(), context.virtualLinks.end(),
+                     [vlid](const VirtualLink& candidate) { return candidate.vlid == vlid; });
+    return found != context.virtualLinks.end() ? found->paths : std::list<VirtualLinkPath>();
+}
+
+bool applyTalker(const PlanningContext& context, const XMLElement* talker, TTFlow& flow)
+{
+    const quint32 talkerNode = context.nodeIdOfName(quotedText(talker, "name"));
+    const SlotWindow window = slotWindow(talker, "txwin");
+    for (VirtualLinkPath& path : flow.paths) {
+        if (path.talkerNodeID != talkerNode)
+            return false;
+        path.schedtxwin = window;
+    }
+    return true;
+}
+
+bool applyListener(const PlanningContext& context, const XMLElement* listener, TTFlow& flow)
+{
+    const quint32 listenerNode = context.nodeIdOfName(quotedText(listener, "name"));
+    const SlotWindow window = slotWindow(listener, "rxwin");
+    bool matched = false;
+    for (VirtualLinkPath& path : flow.paths) {
+        if (path.listenerNodeID == listenerNode) {
+            path.schedrxwin = window;
+            matched = true;
+        }
+    }
+    return matched;
+}
+
+bool applyListeners(const PlanningContext& context, const XMLElement* element, TTFlow& flow)
+{
+    const XMLElement* listeners = element->FirstChildElement("listeners");
+    bool matched = true;
+    if (listeners) {
+        forEachSibling(listeners, "listener", [&](const XMLElement* listener) {
+            matched = matched && applyListener(context, listener, flow);
+        });
+    }
+    return matched;
+}
+
+void refuseUnplannable(const TTFlow& flow)
+{
+    if (flow.period == 0)
+        throw DocumentError(QStringLiteral("flow %1 has period 0").arg(flow.flowID));
+    if (flow.paths.empty()) {
+        throw DocumentError(QStringLiteral("flow %1 has no path: virtual link %2 has none")
+                                .arg(QString::number(flow.flowID), QString::number(flow.vlid)));
+    }
+}
+
+/// Appends the flow; false when it disagrees with its virtual link.
+bool readFlow(PlanningContext& context, const XMLElement* element)
+{
+    TTFlow flow;
+    flow.flowID = number16(element, "flowID");
+    flow.period = number32(element, "period");
+    flow.size = number16(element, "size");
+    flow.vlid = number16(element, "vlid");
+    flow.paths = pathsOfVirtualLink(context, flow.vlid);
+    if (!applyTalker(context, requiredChild(element, "talker"), flow) ||
+        !applyListeners(context, element, flow))
+        return false;
+    refuseUnplannable(flow);
+    context.flows.push_back(std::move(flow));
+    return true;
+}
+
+qint32 readInputFile(PlanningContext& context, const QString& path)
+{
+    qDebug() << path;
+    tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
+    const tinyxml2::XMLError error = document.LoadFile(path.toUtf8().constData());
+    if (error != tinyxml2::XML_SUCCESS) {
+        qDebug() << "INPUT_XML_PARSE_ERR:" << static_cast<int>(error);
+        return code::unreadable;
+    }
+    qDebug() << "parsing vek_hs.xml----------";
+    try {
+        const XMLElement* root = rootElement(document);
+        readTopology(context, requiredChild(root, "topology"));
+        readVirtualLinks(context, requiredChild(root, "virtuallinks"));
+        readFlows(context, requiredChild(root, "flows"));
+    } catch (const DocumentError& damage) {
+        qDebug().noquote() << "vek_input.xml:" << damage.message();
+        return code::unreadable;
+    }
+    return code::ok;
+}
+
+} // namespace
+
+qint32 readInputDocument(PlanningContext& context)
+{
+    qDebug() << "finding vek_input.xml----------";
+    QDir folder(QDir::currentPath());
+    if (!folder.cd(QStringLiteral("ResourceXML")))
+        return code::folderMissing;
+    for (const QString& path : filesWithBaseName(folder.path(), QStringLiteral("vek_input"))) {
+        const qint32 result = readInputFile(context, path);
+        if (result != code::ok)
+            return result;
+    }
+    return code::ok;
+}
+
+qint32 readTopology(PlanningContext& context, const XMLElement* topology)
+{
+    forEachSibling(requiredChild(topology, "hosts"), "host",
+                   [&](const XMLElement* element) { context.hosts.push_back(readHost(element)); });
+    forEachSibling(requiredChild(topology, "switches"), "switch", [&](const XMLElement* element) {
+        context.switches.push_back(readSwitch(element));
+        context.switchBufferNum = context.switches.back().buffernum;
+    });
+    forEachSibling(requiredChild(topology, "links"), "link", [&](const XMLElement* element) {
+        const LinkInfo link = readLink(context, element);
+        context.links.push_back(link);
+        context.links.push_back(reversed(link));
+    });
+    return code::ok;
+}
+
+qint32 readVirtualLinks(PlanningContext& context, const XMLElement* virtuallinks)
+{
+    forEachSibling(virtuallinks, "virtuallink", [&](const XMLElement* element) {
+        VirtualLink virtualLink;
+        virtualLink.vlid = number16(element, "vlid");
+        forEachSibling(element, "datapath", [&](const XMLElement* datapath) {
+            const QString names = stripQuotes(QString::fromUtf8(datapath->GetText()));
+            virtualLink.paths.push_back(parseDatapath(context, names));
+        });
+        context.virtualLinks.push_back(std::move(virtualLink));
+    });
+    return code::ok;
+}
+
+qint32 readFlows(PlanningContext& context, const XMLElement* flows)
+{
+    for (const XMLElement* element = flows->FirstChildElement("flow"); element;
+         element = element->NextSiblingElement()) {
+        if (isTimeTriggered(element) && !readFlow(context, element)) {
+            qDebug() << "flow info does not match the virtual link information";
+            return code::unreadable;
+        }
+    }
+    return code::ok;
+}
+
+VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& text)
+{
+    const QStringList names = text.split(QLatin1Char(','));
+    if (names.size() < 3) {
+        throw DocumentError(
+            QStringLiteral("datapath \"%1\" needs a talker, a switch and a listener").arg(text));
+    }
+    const auto nodeId = [&context](const QString& name) {
+        return static_cast<quint16>(context.nodeIdOfName(name));
+    };
+    VirtualLinkPath path;
+    path.talkerNodeID = nodeId(names.first());
+    path.listenerNodeID = nodeId(names.last());
+    for (int i = 1; i < names.size() - 1; ++i) {
+        path.bridges.emplace_back();
+        path.bridges.back().nodeID = nodeId(names.at(i));
+    }
+    resolvePorts(context, path);
+    resolveBufferNumbers(context, path);
+    return path;
+}
+
+QString stripQuotes(const QString& text)
+{
+    return QString(text).remove(QLatin1Char('"'));
+}
+
+void parseMacText(const QString& text, std::array<quint8, 6>& bytes)
+{
+    const QStringList parts = text.split(QLatin1Char(':'));
+    for (int i = 0; i < 6; ++i) {
+        const int value = i < parts.size() ? parts.at(i).toInt(nullptr, 10) : 0;
+        bytes[static_cast<size_t>(i)] = static_cast<quint8>(value);
+    }
+}
+
+SlotWindow parseSlotWindow(const QString& text)
+{
+    const QStringList bounds = windowBounds(text);
+    SlotWindow window;
+    window.start = bounds.value(0).toInt(nullptr, 10);
+    window.end = bounds.value(1).toInt(nullptr, 10);
+    return window;
+}
+
+QStringList windowBounds(const QString& text)
+{
+    const QString behindBracket = text.split(QLatin1Char('[')).value(1);
+    return behindBracket.split(QLatin1Char(']')).first().split(QLatin1Char(','));
+}
+
+SlotWindow windowToSlots(const SlotWindow& raw)
+{
+    const double slotLength = slotLength_us;
+    const qint32 remainder = raw.end % slotLength_us;
+    SlotWindow window;
+    window.start = static_cast<qint32>(std::ceil(raw.start / slotLength));
+    if (remainder == 0)
+        window.end = raw.end / slotLength_us - 1;
+    else if (remainder >= smallestLastSlot_us)
+        window.end = static_cast<qint32>(std::ceil(raw.end / slotLength)) - 1;
+    else
+        window.end = static_cast<qint32>(std::floor(raw.end / slotLength)) - 1;
+    return window;
+}
+
+} // namespace planner

@@ -1,0 +1,229 @@
+#include "planner/IntermediateDocument.h"
+
+#include "planner/DocumentAccess.h"
+#include "planner/DocumentWriter.h"
+#include "planner/InputDocument.h"
+
+#include <QDebug>
+#include <QDir>
+
+#include <tinyxml2.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace planner
+{
+
+using tinyxml2::XMLElement;
+using Element = DocumentWriter::Element;
+
+namespace
+{
+
+void writeTalker(DocumentWriter& writer, const VirtualLinkPath& path)
+{
+    const Element talker(writer, "talker");
+    writer.leaf("nodeID", qint32(path.talkerNodeID));
+    writer.leaf("outport", qint32(path.talkerOutport));
+    writer.leaf("schedtxwin", windowText(path.schedtxwin));
+    writer.leaf("buffernum", qint32(path.talkerBuffernum));
+}
+
+void writeBridge(DocumentWriter& writer, const BridgeHop& hop)
+{
+    const Element bridge(writer, "bridge");
+    writer.leaf("nodeID", qint32(hop.nodeID));
+    writer.leaf("inport", qint32(hop.inport));
+    writer.leaf("outport", qint32(hop.outport));
+    writer.leaf("schedtxwin", windowText(hop.schedtxwin));
+    writer.leaf("buffernum", qint32(hop.buffernum));
+}
+
+void writeListener(DocumentWriter& writer, const VirtualLinkPath& path)
+{
+    const Element listener(writer, "listener");
+    writer.leaf("nodeID", qint32(path.listenerNodeID));
+    writer.leaf("inport", qint32(path.listenerInport));
+    writer.leaf("schedrxwin", windowText(path.schedrxwin));
+    writer.leaf("buffernum", qint32(path.listenerBuffernum));
+}
+
+void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
+{
+    const Element element(writer, "Instance");
+    writer.leaf("flowID", qint32(instance.flowID));
+    writer.leaf("vlid", qint32(instance.vlid));
+    writer.leaf("seq", qint32(instance.seq));
+    writer.leaf("period", instance.period);
+    writer.leaf("size", qint32(instance.size));
+    const Element pathWindows(writer, "path_schedwin");
+    for (const VirtualLinkPath& path : instance.paths) {
+        const Element pathElement(writer, "path");
+        writeTalker(writer, path);
+        for (const BridgeHop& hop : path.bridges)
+            writeBridge(writer, hop);
+        writeListener(writer, path);
+    }
+}
+
+/// The text of a child, which must be there and must not be empty.
+QByteArray requiredText(const XMLElement* parent, const char* name)
+{
+    const char* text = requiredChild(parent, name)->GetText();
+    if (!text || !*text) {
+        throw DocumentError(QStringLiteral("element \"%1\" of line %2 is empty")
+                                .arg(QString::fromUtf8(name),
+                                     QString::number(requiredChild(parent, name)->GetLineNum())));
+    }
+    return QByteArray(text);
+}
+
+// The C library's rule: leading blanks, then digits up to the first character that is none. What
+// does not fit is cut, not refused.
+quint32 leadingNumber(const XMLElement* parent, const char* name)
+{
+    return static_cast<quint32>(std::strtoll(requiredText(parent, name).constData(), nullptr, 10));
+}
+
+quint16 leadingNumber16(const XMLElement* parent, const char* name)
+{
+    return static_cast<quint16>(leadingNumber(parent, name));
+}
+
+SlotWindow slotWindow(const XMLElement* parent, const char* name)
+{
+    const QString text = QString::fromUtf8(requiredText(parent, name));
+    if (windowBounds(text).size() < 2) {
+        throw DocumentError(QStringLiteral("window \"%1\" of line %2 needs two numbers")
+                                .arg(text, QString::number(parent->GetLineNum())));
+    }
+    return parseSlotWindow(text);
+}
+
+void requireFirst(const XMLElement* parent, const char* name)
+{
+    requiredChild(parent, name);
+}
+
+void readTalker(TTPlanner& planner, const XMLElement* talker, VirtualLinkPath& path)
+{
+    path.talkerNodeID = leadingNumber16(talker, "nodeID");
+    path.talkerOutport = leadingNumber16(talker, "outport");
+    path.schedtxwin = slotWindow(talker, "schedtxwin");
+    path.talkerBuffernum = leadingNumber16(talker, "buffernum");
+    planner.hopBufferNum = path.talkerBuffernum;
+}
+
+// A switch's buffer number is written but not read: the second stage knows only the talker's.
+BridgeHop readBridge(const XMLElement* bridge)
+{
+    BridgeHop hop;
+    hop.nodeID = leadingNumber16(bridge, "nodeID");
+    hop.inport = leadingNumber16(bridge, "inport");
+    hop.outport = leadingNumber16(bridge, "outport");
+    hop.schedtxwin = slotWindow(bridge, "schedtxwin");
+    return hop;
+}
+
+void readListener(TTPlanner& planner, const XMLElement* listener, VirtualLinkPath& path)
+{
+    path.listenerNodeID = leadingNumber16(listener, "nodeID");
+    path.listenerInport = leadingNumber16(listener, "inport");
+    path.schedrxwin = slotWindow(listener, "schedrxwin");
+    planner.maxRxSlot = std::max(planner.maxRxSlot, path.schedrxwin.end);
+}
+
+VirtualLinkPath readPath(TTPlanner& planner, const XMLElement* element)
+{
+    VirtualLinkPath path;
+    readTalker(planner, requiredChild(element, "talker"), path);
+    for (const XMLElement* bridge = element->FirstChildElement("bridge"); bridge;
+         bridge = bridge->NextSiblingElement("bridge"))
+        path.bridges.push_back(readBridge(bridge));
+    readListener(planner, requiredChild(element, "listener"), path);
+    return path;
+}
+
+TTStreamInstance readInstance(TTPlanner& planner, const XMLElement* element)
+{
+    TTStreamInstance instance;
+    instance.flowID = leadingNumber16(element, "flowID");
+    instance.vlid = leadingNumber16(element, "vlid");
+    instance.seq = leadingNumber16(element, "seq");
+    instance.period = leadingNumber(element, "period");
+    instance.size = leadingNumber16(element, "size");
+    const XMLElement* paths = requiredChild(element, "path_schedwin");
+    requireFirst(paths, "path");
+    forEachSibling(paths, "path", [&](const XMLElement* path) {
+        instance.paths.push_back(readPath(planner, path));
+    });
+    return instance;
+}
+
+void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
+{
+    const XMLElement* root = rootElement(document);
+    planner.schedCycle = leadingNumber(root, "schedCycle");
+    planner.slotLen = leadingNumber(root, "slotLen");
+    forEachSibling(requiredChild(root, "flows"), "flow", [&](const XMLElement* flow) {
+        requireFirst(flow, "Instance");
+        forEachSibling(flow, "Instance", [&](const XMLElement* instance) {
+            planner.TTStreamInstanceList.push_back(readInstance(planner, instance));
+        });
+    });
+}
+
+qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
+{
+    qDebug() << path;
+    tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
+    if (document.LoadFile(path.toUtf8().constData()) != tinyxml2::XML_SUCCESS)
+        return code::unreadable;
+    qDebug() << "parsing vek_hs.xml----------";
+    try {
+        readDocument(planner, document);
+    } catch (const DocumentError& damage) {
+        qDebug().noquote() << "vek_hs.xml:" << damage.message();
+        return code::unreadable;
+    }
+    qDebug() << "parsing vek_hs.xml end----------";
+    return code::ok;
+}
+
+} // namespace
+
+QString windowText(const SlotWindow& window)
+{
+    return QStringLiteral("[%1,%2]").arg(QString::number(window.start),
+                                         QString::number(window.end));
+}
+
+void writeHsDocument(const PlanningContext& context)
+{
+    DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_hs.xml"));
+    const Element root(writer, "vek_hs");
+    writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_hs");
+    writer.leaf("slotLen", slotLength_us);
+    writer.leaf("schedCycle", context.clusterCycle);
+    writeFlows(writer, context.TTStreamInstanceList,
+               [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+}
+
+qint32 readIntermediateDocument(TTPlanner& planner)
+{
+    qDebug() << "finding vek_hs.xml----------";
+    planner.maxRxSlot = 0;
+    QDir folder(QDir::currentPath());
+    if (!folder.cd(QStringLiteral("OutputXML")))
+        return code::folderMissing;
+    for (const QString& path : filesWithBaseName(folder.path(), QStringLiteral("vek_hs"))) {
+        const qint32 result = readIntermediateFile(planner, path);
+        if (result != code::ok)
+            return result;
+    }
+    qDebug() << "Parsing vek_hs.xml End----------";
+    return code::ok;
+}
+
+} // namespace planner

@@ -1,0 +1,230 @@
+#include "planner/PreProcess.h"
+
+#include "planner/DebugDump.h"
+#include "planner/InputDocument.h"
+#include "planner/IntermediateDocument.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <limits>
+
+namespace planner
+{
+
+namespace
+{
+
+/// Slots that a switch's window may end behind that of the switch before it, whatever its buffers.
+constexpr qint32 bridgeWindowGrowth = 4;
+
+quint32 greatestCommonDivisor(quint32 a, quint32 b)
+{
+    while (b != 0) {
+        const quint32 remainder = a % b;
+        a = b;
+        b = remainder;
+    }
+    return a;
+}
+
+qint32 hopCount(const VirtualLinkPath& path)
+{
+    return static_cast<qint32>(path.bridges.size());
+}
+
+void deriveBridgeWindowsOfPath(VirtualLinkPath& path, qint32 bufferNum)
+{
+    qint32 hopsAfter = hopCount(path) - 1;
+    qint32 earliest = addSlots(path.schedtxwin.start, 1);
+    qint32 latest = addSlots(path.schedtxwin.end, bufferNum);
+    for (BridgeHop& hop : path.bridges) {
+        const qint32 longestWait = multiplySlots(bufferNum, hopsAfter);
+        hop.schedtxwin.start =
+            std::max(earliest, subtractSlots(path.schedrxwin.start, longestWait));
+        hop.schedtxwin.end = std::min(latest, subtractSlots(path.schedrxwin.end, hopsAfter));
+        earliest = addSlots(hop.schedtxwin.start, 1);
+        latest = addSlots(hop.schedtxwin.end, bridgeWindowGrowth);
+        --hopsAfter;
+    }
+}
+
+bool sendOnSamePort(const BridgeHop& a, const BridgeHop& b)
+{
+    return a.nodeID == b.nodeID && a.outport == b.outport;
+}
+
+void narrowToSharedPort(BridgeHop& hop, const VirtualLinkPath& other)
+{
+    for (const BridgeHop& candidate : other.bridges) {
+        if (sendOnSamePort(hop, candidate)) {
+            hop.schedtxwin.end = std::min(hop.schedtxwin.end, candidate.schedtxwin.end);
+            hop.schedtxwin.start = std::max(hop.schedtxwin.start, candidate.schedtxwin.start);
+        }
+    }
+}
+
+// Looks forward only: the hop of an earlier path is narrowed by later ones, never the reverse.
+void joinBranches(TTFlow& flow)
+{
+    for (auto path = flow.paths.begin(); path != flow.paths.end(); ++path) {
+        for (BridgeHop& hop : path->bridges) {
+            for (auto other = path; other != flow.paths.end(); ++other)
+                narrowToSharedPort(hop, *other);
+        }
+    }
+}
+
+void shift(SlotWindow& window, qint32 offset)
+{
+    window.end = addSlots(window.end, offset);
+    window.start = addSlots(window.start, offset);
+}
+
+TTStreamInstance makeInstance(const TTFlow& flow, quint32 number)
+{
+    TTStreamInstance instance;
+    instance.flowID = flow.flowID;
+    instance.vlid = flow.vlid;
+    instance.period = flow.period / static_cast<quint32>(slotLength_us);
+    instance.size = flow.size;
+    instance.paths = flow.paths;
+    instance.seq = static_cast<quint16>(number);
+    const auto offset = static_cast<qint32>(number * instance.period);
+    for (VirtualLinkPath& path : instance.paths) {
+        shift(path.schedtxwin, offset);
+        for (BridgeHop& hop : path.bridges)
+            shift(hop.schedtxwin, offset);
+        shift(path.schedrxwin, offset);
+    }
+    return instance;
+}
+
+quint64 countInstances(const PlanningContext& context)
+{
+    quint64 count = 0;
+    for (const TTFlow& flow : context.flows)
+        count += context.clusterCycle / flow.period;
+    return count;
+}
+
+} // namespace
+
+qint32 preProcess(PlanningContext& context)
+{
+    context.reset();
+    const qint32 readResult = readInputDocument(context);
+    if (readResult < 0)
+        return readResult;
+    context.clusterCycle = computeClusterCycle(context);
+    qDebug() << "clusterCycle:" << context.clusterCycle;
+    const qint32 windowResult = checkTimeWindows(context);
+    if (windowResult != code::ok)
+        return windowResult;
+    if (countInstances(context) > maxInstances) {
+        qDebug() << "planning: the cycle of" << context.clusterCycle << "us holds"
+                 << countInstances(context) << "transmissions, more than" << maxInstances;
+        return code::unreadable;
+    }
+    expandInstances(context);
+    printTTStreamInstanceList(context.TTStreamInstanceList);
+    writeHsDocument(context);
+    return code::ok;
+}
+
+quint32 computeClusterCycle(PlanningContext& context)
+{
+    std::vector<quint32> periods;
+    for (const TTFlow& flow : context.flows)
+        periods.push_back(flow.period);
+    lcmReduce(context, std::move(periods));
+    return static_cast<quint32>(context.clusterCycle);
+}
+
+quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
+{
+    qDebug() << periods;
+    while (periods.size() > 1) {
+        for (size_t i = 0; i + 1 < periods.size(); ++i) {
+            const quint32 a = periods[i];
+            const quint32 b = periods[i + 1];
+            context.clusterCycle = quint64(a) * b / greatestCommonDivisor(a, b);
+            periods[i] = static_cast<quint32>(context.clusterCycle);
+        }
+        periods.pop_back();
+        qDebug() << periods;
+    }
+    // A single value is the cycle, in the 32 bits that the rounds work with.
+    if (!periods.empty())
+        context.clusterCycle = periods.front();
+    return static_cast<quint32>(context.clusterCycle);
+}
+
+qint32 checkTimeWindows(PlanningContext& context)
+{
+    limitReceiveWindows(context);
+    const qint32 result = limitSendWindows(context);
+    if (result != code::ok)
+        return result;
+    deriveBridgeWindows(context);
+    return code::ok;
+}
+
+void limitReceiveWindows(PlanningContext& context)
+{
+    for (TTFlow& flow : context.flows) {
+        for (VirtualLinkPath& path : flow.paths) {
+            const qint32 hops = hopCount(path);
+            const qint32 longestWait = multiplySlots(context.switchBufferNum, hops);
+            SlotWindow& receive = path.schedrxwin;
+            receive.end = std::min(receive.end, addSlots(path.schedtxwin.end, longestWait));
+            receive.start = std::max(receive.start, addSlots(path.schedtxwin.start, hops));
+        }
+    }
+}
+
+qint32 limitSendWindows(PlanningContext& context)
+{
+    for (TTFlow& flow : context.flows) {
+        SlotWindow send;
+        send.start = std::numeric_limits<qint32>::min();
+        send.end = std::numeric_limits<qint32>::max();
+        for (const VirtualLinkPath& path : flow.paths) {
+            const qint32 hops = hopCount(path);
+            const qint32 longestWait = multiplySlots(context.switchBufferNum, hops);
+            send.start = std::max({send.start, path.schedtxwin.start,
+                                   subtractSlots(path.schedrxwin.start, longestWait)});
+            send.end =
+                std::min({send.end, path.schedtxwin.end, subtractSlots(path.schedrxwin.end, hops)});
+        }
+        if (send.end < send.start) {
+            qDebug() << send.start << send.end;
+            qDebug() << "TIMEWINDOW_UNREASONABLE";
+            return code::refused;
+        }
+        for (VirtualLinkPath& path : flow.paths)
+            path.schedtxwin = send;
+    }
+    return code::ok;
+}
+
+void deriveBridgeWindows(PlanningContext& context)
+{
+    for (TTFlow& flow : context.flows) {
+        for (VirtualLinkPath& path : flow.paths)
+            deriveBridgeWindowsOfPath(path, context.switchBufferNum);
+    }
+    for (TTFlow& flow : context.flows)
+        joinBranches(flow);
+}
+
+void expandInstances(PlanningContext& context)
+{
+    for (const TTFlow& flow : context.flows) {
+        const auto count = static_cast<quint32>(context.clusterCycle / flow.period);
+        for (quint32 number = 0; number < count; ++number)
+            context.TTStreamInstanceList.push_back(makeInstance(flow, number));
+    }
+}
+
+} // namespace planner

@@ -1,0 +1,263 @@
+#include "planner/ConflictResolution.h"
+
+#include "tests/planner/PortInstances.h"
+#include "tests/support/LogCapture.h"
+
+#include <QtTest>
+
+#include <limits>
+
+using namespace planner;
+
+using Windows = std::vector<SlotWindow>;
+using Slots = QList<int>;
+
+Q_DECLARE_METATYPE(Windows)
+
+/// What a resolution ended with: the slots of all instances, or the number of its exit (0: silent).
+struct Outcome {
+    qint32 code = 0;
+    int exitNumber = 0;
+    Slots slotsGiven;
+    QStringList log;
+};
+
+static int exitNumberIn(const QStringList& log)
+{
+    const QRegularExpression line(QStringLiteral("^line: (\\d+) CONFLICT_RESOLVE_FAIL$"));
+    return log.isEmpty() ? 0 : line.match(log.last()).captured(1).toInt();
+}
+
+static Outcome resolve(bool asSwitch, const Windows& windows, qint32 maxRxSlot = 100)
+{
+    const LogCapture log;
+    TTPlanner planner = plannerWithPort(asSwitch, windows, maxRxSlot);
+    Outcome outcome;
+    outcome.code = conflictResolve(planner, 1, 1);
+    outcome.log = log.lines();
+    outcome.exitNumber = exitNumberIn(outcome.log);
+    for (const TTStreamInstance& instance : firstPort(planner)) {
+        const VirtualLinkPath& path = instance.paths.front();
+        const BridgeHop& hop = path.bridges.front();
+        const quint32 slot = asSwitch ? hop.txslotID : path.txslotID;
+        const SlotWindow& fixed = asSwitch ? hop.schedtxwin : path.schedtxwin;
+        if (outcome.code == code::ok && !(fixed == window(qint32(slot), qint32(slot))))
+            qFatal("a window did not collapse to its slot");
+        outcome.slotsGiven.append(qint32(slot));
+    }
+    return outcome;
+}
+
+class ConflictResolutionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void slotsAreGivenByTheLookAhead_data()
+    {
+        QTest::addColumn<Windows>("windows");
+        QTest::addColumn<Slots>("expected");
+        const auto row = [](const char* name, const Windows& windows, const Slots& expected) {
+            QTest::newRow(name) << windows << expected;
+        };
+        row("wider one gives way at equal starts", {window(3, 9), window(3, 5)}, {4, 3});
+        row("no precedence between equals", {window(3, 5), window(3, 5)}, {3, 4});
+        row("tighter one keeps precedence", {window(3, 5), window(3, 9)}, {3, 4});
+        row("earlier and tighter one has its slot elsewhere", {window(4, 9), window(2, 5)}, {4, 2});
+        row("current steps off the claimed slot", {window(3, 3), window(4, 9), window(3, 5)},
+            {3, 5, 4});
+        row("later start never moves the current", {window(2, 9), window(3, 3)}, {2, 3});
+        row("alone", {window(7, 7)}, {7});
+        row("X ends before W begins", {window(6, 9), window(2, 5)}, {6, 2});
+        row("X is no tighter", {window(4, 5), window(2, 5)}, {4, 2});
+    }
+
+    void slotsAreGivenByTheLookAhead()
+    {
+        QFETCH(Windows, windows);
+        QFETCH(Slots, expected);
+        for (const bool asSwitch : {false, true}) {
+            const Outcome outcome = resolve(asSwitch, windows);
+            QCOMPARE(outcome.code, code::ok);
+            QCOMPARE(outcome.slotsGiven, expected);
+        }
+    }
+
+    void logTellsWindowAndSlot()
+    {
+        const QStringList expected{
+            QStringLiteral("conflictResolve"),     QStringLiteral("冲突窗口: [ 4 , 9 ]"),
+            QStringLiteral("temptxslot 2"),        QStringLiteral("冲突窗口分配时隙: 4"),
+            QStringLiteral("冲突窗口: [ 2 , 5 ]"), QStringLiteral("冲突窗口分配时隙: 2"),
+        };
+        QCOMPARE(resolve(false, {window(4, 9), window(2, 5)}).log, expected);
+    }
+
+    void switchIsMeasuredAgainstTheLaterWindowAndTalkerAgainstItsOwn()
+    {
+        const Windows windows{window(3, 3), window(4, 4), window(4, 9), window(3, 5)};
+        const Outcome asSwitch = resolve(true, windows);
+        QCOMPARE(asSwitch.code, code::refused);
+        QCOMPARE(asSwitch.exitNumber, 607);
+        const Outcome asTalker = resolve(false, windows);
+        QCOMPARE(asTalker.slotsGiven, (Slots{3, 4, 6, 5}));
+    }
+
+    void laterStartCanLoseItsOnlySlot()
+    {
+        const Windows windows{window(3, 3), window(3, 9), window(4, 4)};
+        const Outcome asTalker = resolve(false, windows);
+        QCOMPARE(asTalker.code, code::refused);
+        QCOMPARE(asTalker.exitNumber, 465);
+        QCOMPARE(asTalker.slotsGiven.mid(0, 2), (Slots{3, 4}));
+        QCOMPARE(resolve(true, windows).exitNumber, 556);
+    }
+
+    void twoSingleSlotWindowsFail()
+    {
+        const Windows windows{window(5, 5), window(5, 5)};
+        QCOMPARE(resolve(false, windows).exitNumber, 465);
+        QCOMPARE(resolve(true, windows).exitNumber, 556);
+    }
+
+    void endOfTheTableFailsSilently()
+    {
+        const Windows windows{window(5, 5), window(5, 5)};
+        for (const bool asSwitch : {false, true}) {
+            const Outcome outcome = resolve(asSwitch, windows, 5);
+            QCOMPARE(outcome.code, code::refused);
+            QCOMPARE(outcome.log.last(), QStringLiteral("冲突窗口: [ 5 , 5 ]"));
+        }
+    }
+
+    void givingWayBeyondTheWindowFails()
+    {
+        // The second takes 3 and must leave it to the third, but 4 is taken.
+        const Windows windows{window(4, 4), window(3, 4), window(3, 3)};
+        QCOMPARE(resolve(false, windows).exitNumber, 486);
+        QCOMPARE(resolve(true, windows).exitNumber, 580);
+    }
+
+    void laterWindowWithoutFreeSlotFails()
+    {
+        const Windows windows{window(3, 3), window(4, 4), window(4, 9), window(3, 4)};
+        QCOMPARE(resolve(false, windows).exitNumber, 500);
+        QCOMPARE(resolve(true, windows).exitNumber, 594);
+    }
+
+    void steppingAsideBeyondTheOwnWindowFails()
+    {
+        // Two later windows claim a slot each: the talker is moved twice, out of its window.
+        const Windows windows{window(3, 3), window(4, 6), window(2, 5), window(6, 6)};
+        QCOMPARE(resolve(false, windows).code, code::ok);
+        const Windows full{window(3, 3), window(5, 5), window(6, 6), window(4, 6), window(3, 5)};
+        QCOMPARE(resolve(false, full).exitNumber, 512);
+    }
+
+    void talkerThatWouldSearchBeyondTheTableFails()
+    {
+        const Outcome outcome = resolve(false, {window(3, 9), window(3, 5)}, 3);
+        QCOMPARE(outcome.code, code::refused);
+        QCOMPARE(outcome.exitNumber, 486);
+    }
+
+    void switchMayGiveWayBeyondTheTable()
+    {
+        const Outcome outcome = resolve(true, {window(3, 9), window(3, 5)}, 3);
+        QCOMPARE(outcome.code, code::ok);
+        QCOMPARE(outcome.slotsGiven, (Slots{4, 3}));
+    }
+
+    void slotsBeyondTheTableAreNeverTaken()
+    {
+        const Outcome outcome = resolve(true, {window(8, 9), window(8, 9)}, 3);
+        QCOMPARE(outcome.code, code::ok);
+        QCOMPARE(outcome.slotsGiven, (Slots{8, 8}));
+    }
+
+    void negativeSlotsAreNeverTaken()
+    {
+        const Outcome outcome = resolve(false, {window(-2, 3), window(-2, 3)});
+        QCOMPARE(outcome.slotsGiven, (Slots{-2, -2}));
+    }
+
+    void steppingAsideBeyondTheTableFails()
+    {
+        // Moved to 4 by the second window, the first hop is beyond the table; for the third window
+        // it would search there for ever, although it holds no slot that is claimed.
+        const Windows windows{window(3, 9), window(3, 5), window(2, 5)};
+        const Outcome outcome = resolve(true, windows, 3);
+        QCOMPARE(outcome.code, code::refused);
+        QCOMPARE(outcome.exitNumber, 607);
+        QVERIFY(outcome.log.contains(QStringLiteral("temptxslot 2")));
+        QCOMPARE(resolve(false, {window(3, 9), window(2, 5)}, 2).exitNumber, 512);
+    }
+
+    void hugeTablesTakeNoMemory()
+    {
+        const qint32 last = std::numeric_limits<qint32>::max();
+        QCOMPARE(resolve(false, {window(3, 5), window(3, 5)}, last).slotsGiven, (Slots{3, 4}));
+        QCOMPARE(resolve(false, {window(last, last), window(3, 5)}, last).code, code::ok);
+    }
+
+    void portThatNobodyUsesNeedsNoWork()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(1, 2)}, 9);
+        QCOMPARE(conflictResolve(planner, 1, 2), code::ok);
+        QCOMPARE(conflictResolve(planner, 2, 1), code::ok);
+        QCOMPARE(firstPort(planner).front().paths.front().schedtxwin, window(1, 2));
+    }
+
+    void instanceWithoutHopAtThePortIsPassedOver()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(1, 2), window(1, 2), window(1, 2)}, 9);
+        firstPort(planner).front().paths.clear();
+        std::next(firstPort(planner).begin())->paths.front().talkerOutport = 2;
+        QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        QCOMPARE(log.lines().size(), 3);
+        QCOMPARE(firstPort(planner).back().paths.front().txslotID, 1U);
+    }
+
+    void talkerIsNeverComparedWithASwitch()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(3, 9)}, 99);
+        TTPlanner other = plannerWithPort(true, {window(3, 5)}, 99);
+        firstPort(planner).push_back(firstPort(other).front());
+        QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        QCOMPARE(firstPort(planner).front().paths.front().txslotID, 3U);
+        QCOMPARE(firstPort(planner).back().paths.front().bridges.front().txslotID, 4U);
+    }
+
+    void everyBranchThroughThePortGetsTheSlot()
+    {
+        const LogCapture log;
+        for (const bool asSwitch : {false, true}) {
+            TTPlanner planner = plannerWithPort(asSwitch, {window(3, 9)}, 99);
+            std::list<VirtualLinkPath>& paths = firstPort(planner).front().paths;
+            paths.push_back(paths.front());
+            (asSwitch ? paths.back().bridges.front().schedtxwin : paths.back().schedtxwin) =
+                window(7, 8);
+            QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+            for (const VirtualLinkPath& path : paths) {
+                QCOMPARE(asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin,
+                         window(3, 3));
+            }
+        }
+    }
+
+    void everyBranchOfALaterInstanceMovesTheCurrentOne()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(3, 9), window(3, 5)}, 99);
+        std::list<VirtualLinkPath>& paths = firstPort(planner).back().paths;
+        paths.push_back(paths.front());
+        QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        QCOMPARE(firstPort(planner).front().paths.front().txslotID, 5U);
+    }
+};
+
+QTEST_APPLESS_MAIN(ConflictResolutionTest)
+#include "ConflictResolutionTest.moc"

@@ -1,0 +1,97 @@
+#include "planner/WindowSort.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <random>
+
+using namespace planner;
+
+using Windows = std::vector<SlotWindow>;
+
+static void sortByLibrary(Windows& windows)
+{
+    std::sort(windows.begin(), windows.end(),
+              [](const SlotWindow& a, const SlotWindow& b) { return a.start < b.start; });
+}
+
+// The end tells equal starts apart, so that the comparison sees their order.
+static Windows randomWindows(std::mt19937& random, size_t length, quint32 distinctStarts)
+{
+    Windows windows(length);
+    for (size_t i = 0; i < length; ++i)
+        windows[i] = {static_cast<qint32>(i), static_cast<qint32>(random() % distinctStarts) - 5};
+    return windows;
+}
+
+// Starts that make every median of three a bad pivot, which drives the sort into its heap.
+static Windows medianKiller(qint32 length)
+{
+    Windows windows;
+    const qint32 half = length / 2;
+    for (qint32 i = 1; i <= half; ++i) {
+        const qint32 low = i % 2 == 1 ? i : half + i - 1;
+        windows.push_back({i, low});
+    }
+    for (qint32 i = 1; i <= half; ++i)
+        windows.push_back({half + i, 2 * i});
+    return windows;
+}
+
+static bool sortsLikeLibrary(const Windows& windows)
+{
+    Windows own = windows;
+    Windows expected = windows;
+    sortWindowsByStart(own);
+    sortByLibrary(expected);
+    return own == expected;
+}
+
+class WindowSortTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sortsMillionsOfRandomVectorsLikeTheStandardLibrary()
+    {
+        std::mt19937 random(20260);
+        for (int round = 0; round < 2000000; ++round) {
+            const size_t length = random() % (round % 100 == 0 ? 300 : 24);
+            const quint32 distinct = 1 + random() % (round % 3 == 0 ? 4 : 60);
+            const Windows windows = randomWindows(random, length, distinct);
+            if (!sortsLikeLibrary(windows))
+                QFAIL(qPrintable(QStringLiteral("round %1 differs").arg(round)));
+        }
+    }
+
+    void longVectorsSortLikeTheStandardLibrary()
+    {
+        std::mt19937 random(7);
+        for (int round = 0; round < 40; ++round)
+            QVERIFY(sortsLikeLibrary(randomWindows(random, 20000, round % 2 ? 50 : 1000000)));
+    }
+
+    void depthLimitLeadsToTheHeapLikeInTheStandardLibrary()
+    {
+        for (qint32 length : {40, 64, 100, 1000, 1001, 5000, 20000})
+            QVERIFY(sortsLikeLibrary(medianKiller(length)));
+    }
+
+    void sixteenOrFewerStayStable()
+    {
+        std::mt19937 random(3);
+        for (int round = 0; round < 1000; ++round) {
+            const Windows windows = randomWindows(random, 16, 4);
+            Windows own = windows;
+            Windows stable = windows;
+            sortWindowsByStart(own);
+            std::stable_sort(
+                stable.begin(), stable.end(),
+                [](const SlotWindow& a, const SlotWindow& b) { return a.start < b.start; });
+            QVERIFY(own == stable);
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(WindowSortTest)
+#include "WindowSortTest.moc"

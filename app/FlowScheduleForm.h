@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui
+{
+class FlowScheduleForm;
+}
+
+/// Asks whether to plan what is drawn or a document from outside.
+///
+/// The signals are direct, so a whole run happens inside the click; the dialog closes after it and
+/// cannot be closed before.
+class FlowScheduleForm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit FlowScheduleForm(QWidget* parent);
+    ~FlowScheduleForm() override;
+
+signals:
+    void windowClosed();
+    void Rotunda();
+    void PlanByUserInput();
+
+public slots:
+    /// Escape closes the dialog like its title bar does.
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private slots:
+    void RotundaButtonClicked();
+    void PlanByUserInputClicked();
+
+private:
+    void runThenClose(void (FlowScheduleForm::*run)());
+
+    std::unique_ptr<Ui::FlowScheduleForm> ui;
+    bool runInProgress = false;
+};

@@ -1,0 +1,7 @@
+#include "app/VersionResolveWorker.h"
+
+void VersionResolveWorker::resolveVersions()
+{
+    emit started();
+    emit finished();
+}

@@ -1,0 +1,299 @@
+#include "project/ScheduleReader.h"
+#include "project/NodeList.h"
+
+#include "tests/support/Documents.h"
+#include "tests/support/GuiTestMain.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QListWidget>
+
+static QByteArray number(const char* name, int value)
+{
+    return QByteArray("<") + name + ">" + QByteArray::number(value) + "</" + name + ">";
+}
+
+static QByteArray talker(int node, int outport, int slot)
+{
+    return "<talker>" + number("nodeID", node) + number("outport", outport) +
+           number("txslotID", slot) + "</talker>";
+}
+
+static QByteArray bridge(int node, int inport, int rxSlot, int outport, int txSlot)
+{
+    return "<bridge>" + number("nodeID", node) + number("inport", inport) +
+           number("rxslotID", rxSlot) + number("outport", outport) + number("txslotID", txSlot) +
+           "</bridge>";
+}
+
+static QByteArray listener(int node, int inport, int slot)
+{
+    return "<listener>" + number("nodeID", node) + number("inport", inport) +
+           number("rxslotID", slot) + "</listener>";
+}
+
+static QByteArray instance(int flow, const QByteArray& talkerText, const QByteArray& bridges,
+                           const QByteArray& listeners)
+{
+    return "<Instance>" + number("flowID", flow) + number("seq", 0) + "<path_slot>" + talkerText +
+           "<bridges>" + bridges + "</bridges><listeners>" + listeners +
+           "</listeners></path_slot></Instance>";
+}
+
+static QByteArray output(const QByteArray& instances, int cycle = 1000, int slot = 200)
+{
+    return "<vek_output>" + number("schedCycle", cycle) + number("slotLen", slot) +
+           "<flows><flow>" + instances + "</flow></flows></vek_output>";
+}
+
+static QByteArray node(const char* kind, const char* nameElement, int id, const QByteArray& name)
+{
+    return QByteArray("<") + kind + "><" + nameElement + ">\"" + name + "\"</" + nameElement + ">" +
+           number("nodeID", id) + "</" + kind + ">";
+}
+
+static QByteArray input(const QByteArray& hosts, const QByteArray& switches)
+{
+    return "<vek_input><topology><hosts>" + hosts + "</hosts><switches>" + switches +
+           "</switches></topology><flows/></vek_input>";
+}
+
+static QString outputFile()
+{
+    return QStringLiteral("OutputXML/vek_output.xml");
+}
+
+static QString inputFile()
+{
+    return QStringLiteral("ResourceXML/vek_input.xml");
+}
+
+/// What the main window holds, with values that a failed load must keep.
+struct Schedule {
+    NodeInfo_Xml send{{77, {}}};
+    NodeInfo_Xml receive{{78, {}}};
+    int schedCycle = 5;
+    int slotLen = 6;
+    int slotCount = 7;
+
+    void read() { readSchedule({send, receive, schedCycle, slotLen, slotCount}); }
+};
+
+class ScheduleReaderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_folder = std::make_unique<TemporaryFolder>(); }
+
+    void cleanup() { m_folder.reset(); }
+
+    void folderWithoutDocumentEmptiesTheMapsAndKeepsTheCycle()
+    {
+        const LogCapture log;
+        writeFile(QStringLiteral("OutputXML/Vek_output.xml"), output(QByteArray()));
+        Schedule schedule;
+        schedule.read();
+        QVERIFY(log.lines().isEmpty());
+        QVERIFY(schedule.send.isEmpty() && schedule.receive.isEmpty());
+        QCOMPARE(schedule.schedCycle, 5);
+        QCOMPARE(schedule.slotLen, 6);
+        QCOMPARE(schedule.slotCount, 7);
+    }
+
+    void missingFolderIsLogged()
+    {
+        const LogCapture log;
+        Schedule schedule;
+        schedule.read();
+        NodeNames names{{1, {}}};
+        readNodeNames(names);
+        QCOMPARE(log.lines(), (QStringList{QStringLiteral("load vek_output.xml failed!"),
+                                           QStringLiteral("load vek_input.xml failed!")}));
+        QVERIFY(schedule.send.isEmpty());
+        QVERIFY(names.isEmpty());
+    }
+
+    void documentThatDoesNotLoadEndsTheWalk()
+    {
+        const LogCapture log;
+        writeFile(QStringLiteral("OutputXML/vek_output.bak"), "<vek_output>");
+        writeFile(outputFile(), output(instance(5, talker(1, 0, 3), {}, {})));
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(log.lines(), QStringList{QStringLiteral("load vek_output.xml failed!")});
+        QVERIFY(schedule.send.isEmpty());
+        QCOMPARE(schedule.schedCycle, 5);
+    }
+
+    void eachPartEntersItsOwnTables()
+    {
+        writeFile(outputFile(),
+                  output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6))));
+        Schedule schedule;
+        schedule.read();
+        const NodeInfo_Xml send{{1, {{0, {{5, {{3, 0}}}}}}}, {11, {{2, {{5, {{4, 0}}}}}}}};
+        const NodeInfo_Xml receive{{2, {{0, {{5, {{6, 0}}}}}}}, {11, {{1, {{5, {{3, 0}}}}}}}};
+        QCOMPARE(schedule.send, send);
+        QCOMPARE(schedule.receive, receive);
+        QCOMPARE(schedule.schedCycle, 1000);
+        QCOMPARE(schedule.slotLen, 200);
+        QCOMPARE(schedule.slotCount, 5);
+    }
+
+    void sameSlotOfTwoInstancesIsOneKey()
+    {
+        writeFile(outputFile(), output(instance(5, talker(1, 0, 3), {}, {}) +
+                                       instance(5, talker(1, 0, 3), {}, {}) +
+                                       instance(5, talker(1, 0, 8), {}, {})));
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.send[1][0][5].keys(), (QList<int>{3, 8}));
+    }
+
+    void siblingsOfAnyNameAreRead()
+    {
+        QByteArray second = instance(6, talker(1, 0, 4), {}, {});
+        second.replace("Instance>", "Copy>");
+        writeFile(outputFile(), output(instance(5, talker(1, 0, 3), {}, {}) + second));
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.send[1][0].keys(), (QList<int>{5, 6}));
+    }
+
+    void slotCountIsTruncated()
+    {
+        writeFile(outputFile(), output({}, 1000, 300));
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.slotCount, 3);
+    }
+
+    void slotLengthZeroGivesNoSlots()
+    {
+        writeFile(outputFile(), output({}, 1000, 0));
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.slotCount, 0);
+        writeFile(outputFile(), output({}, -2147483647 - 1, -1));
+        schedule.read();
+    }
+
+    void newDocumentReplacesTheOldSchedule()
+    {
+        writeFile(outputFile(), output(instance(5, talker(1, 0, 3), {}, {})));
+        Schedule schedule;
+        schedule.read();
+        writeFile(outputFile(), output(instance(9, talker(4, 0, 3), {}, {})));
+        schedule.read();
+        QCOMPARE(schedule.send.keys(), QList<int>{4});
+    }
+
+    void missingElementIsPassedOver_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        for (const char* name :
+             {"schedCycle", "slotLen", "flows", "flowID", "path_slot", "talker", "bridges",
+              "listeners", "nodeID", "inport", "outport", "txslotID", "rxslotID"})
+            QTest::newRow(name) << QByteArray(name);
+    }
+
+    void missingElementIsPassedOver()
+    {
+        QFETCH(QByteArray, name);
+        const LogCapture log;
+        QByteArray text =
+            output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6)));
+        text.replace("<" + name + ">", "<other>").replace("</" + name + ">", "</other>");
+        writeFile(outputFile(), text);
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY(log.lines().first().startsWith(QStringLiteral("vek_output.xml:")));
+        QVERIFY(log.lines().first().contains(QString::fromUtf8(name)));
+        if (name == "bridges") {
+            QCOMPARE(schedule.send.keys(), QList<int>{1});
+            QCOMPARE(schedule.receive.keys(), QList<int>{2});
+        }
+    }
+
+    void firstNameOfANumberWinsAndHostsComeFirst()
+    {
+        writeFile(
+            inputFile(),
+            input(node("host", "hostname", 1, "A") + node("host", "hostname", 1, "B"),
+                  node("switch", "switchname", 1, "S") + node("switch", "switchname", 2, "T")));
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(names.keys(), (QList<int>{1, 2}));
+        QCOMPARE(names[1].name, QStringLiteral("\"A\""));
+        QCOMPARE(names[1].isHost, 1);
+        QCOMPARE(names[2].name, QStringLiteral("\"T\""));
+        QCOMPARE(names[2].isHost, 0);
+    }
+
+    void firstOfTwoInputDocumentsWins()
+    {
+        writeFile(inputFile(),
+                  input(node("host", "hostname", 1, "A") + node("host", "hostname", 2, "B"), {}));
+        writeFile(QStringLiteral("ResourceXML/vek_input.bak"),
+                  input(node("host", "hostname", 1, "Bak"), {}));
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(names[1].name, QStringLiteral("\"Bak\""));
+        QCOMPARE(names[2].name, QStringLiteral("\"B\""));
+    }
+
+    void incompleteInputGivesTheNamesItHas()
+    {
+        const LogCapture log;
+        QByteArray text = input(node("host", "hostname", 1, "A"), {});
+        text.replace("switches>", "other>").replace("<flows/>", "");
+        writeFile(inputFile(), text);
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(names.keys(), QList<int>{1});
+        QCOMPARE(log.lines().size(), 1);
+    }
+
+    void nodeListShowsNamesIconsAndIds()
+    {
+        const NodeInfo_Xml schedule{{3, {}}, {1, {}}, {2, {}}};
+        const NodeNames names{{1, {1, QStringLiteral("\"A\"")}}, {2, {0, QStringLiteral("\"S\"")}}};
+        QListWidget list;
+        QSignalSpy selections(&list, &QListWidget::itemSelectionChanged);
+        appendNodes(list, schedule, names);
+        QCOMPARE(list.count(), 3);
+        QCOMPARE(list.item(0)->text(), QStringLiteral("A"));
+        QCOMPARE(list.item(1)->text(), QStringLiteral("S"));
+        QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
+        QCOMPARE(list.currentRow(), 0);
+        QVERIFY(!selections.isEmpty());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/endpoint.png")).pixmap(size).toImage());
+    }
+
+    void nodeWithoutNameRecordIsANamelessSwitch()
+    {
+        QListWidget list;
+        appendNodes(list, {{3, {}}}, {});
+        QCOMPARE(list.item(0)->text(), QString());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/switch.png")).pixmap(size).toImage());
+    }
+
+    void nodeOfAnotherKindIsSkipped()
+    {
+        QListWidget list;
+        appendNodes(list, {{3, {}}}, {{3, {2, QStringLiteral("\"X\"")}}});
+        QCOMPARE(list.count(), 0);
+    }
+
+private:
+    std::unique_ptr<TemporaryFolder> m_folder;
+};
+
+ROTUNDA_GUI_TEST_MAIN(ScheduleReaderTest)
+#include "ScheduleReaderTest.moc"

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "tests/planner/twin/NetworkDraft.h"
+#include "tests/planner/twin/RandomSource.h"
+
+/// Changes a few things of a draft that the reader must take as they come.
+void addOddities(RandomSource& random, NetworkDraft& draft);
+
+/// Breaks the text of a document in one place.
+QByteArray damaged(RandomSource& random, const QByteArray& document);

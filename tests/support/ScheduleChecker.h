@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+/// Something in a schedule that an engineer would not expect to see, with the reason if one is
+/// known.
+struct ScheduleFinding {
+    enum Kind {
+        SharedSlot,     ///< two transmissions in one slot of a sending port
+        BackwardHop,    ///< a hop that sends before, or as, it can have received the frame
+        InvertedWindow, ///< a window that ends before it starts, so that its slot lies outside it
+        MissingHop      ///< a sender on a path for which the schedule has no slot
+    };
+    /// Why the planning accepts it; all but Unexplained follow from how the planning works.
+    enum Cause {
+        Unexplained,
+        /// A window at the port or before the hop was inverted: a window that ends before it starts
+        /// overlaps nothing when neighbours are compared, so the port counts as free of conflict.
+        WindowInverted,
+        /// A later revision pushed the window out of place; windows are narrowed without a check.
+        LaterRevision,
+        /// The window is inverted in the intermediate document already.
+        FirstStage,
+        /// The instance passes the port on several hops; only its first window there is compared.
+        HopNotCompared,
+        /// The schedule lists a hop or talker that several paths share once, with the slot that it
+        /// has on the first of them; the path's own slots are in order.
+        MergedPaths,
+        /// Branches that share a port were joined in the intermediate document, which lifts the
+        /// shared hop's start without lifting the hops behind it.
+        JoinedBranches,
+        /// Two instances have the same flow and sequence number; ports list such a pair once.
+        DuplicateNumber,
+        /// The port is the talker on one path of the instance and a switch on another; only the
+        /// kind met first is given its slot.
+        TalkerIsSwitch
+    };
+    Kind kind;
+    Cause cause;
+    QString text;
+};
+
+/// The documents of one successful planning.
+struct ScheduleDocuments {
+    QByteArray windows;      ///< vek_hs.xml
+    QByteArray schedule;     ///< vek_output.xml
+    QByteArray finalWindows; ///< in the form of vek_hs.xml, the windows from which slots were taken
+};
+
+/// Examines a schedule without any code of the engine; a document that does not load is qFatal.
+std::vector<ScheduleFinding> checkSchedule(const ScheduleDocuments& documents);
+
+QString nameOf(ScheduleFinding::Kind kind);
+QString nameOf(ScheduleFinding::Cause cause);

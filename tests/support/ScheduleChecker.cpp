@@ -22,19 +22,6 @@ const CheckedHop* comparedHop(const CheckedInstance& instance, Port port)
     return nullptr;
 }
 
-/// Whether a port is the talker on one path and a switch on the same or another one.
-bool talkerIsSwitch(const CheckedInstance& instance)
-{
-    for (const std::vector<CheckedHop>& path : instance.paths) {
-        for (const CheckedHop& hop : path) {
-            const CheckedHop* first = comparedHop(instance, hop.port());
-            if (first->isTalker() != hop.isTalker())
-                return true;
-        }
-    }
-    return false;
-}
-
 QString describe(const CheckedInstance& instance, const CheckedHop& hop)
 {
     return QStringLiteral(u"flow %1 seq %2 at node %3 outport %4")
@@ -164,6 +151,19 @@ private:
         return nullptr;
     }
 
+    /// Whether the schedule took the slot of this hop from an earlier one with the same ports.
+    bool merged(size_t i, size_t p, size_t h) const
+    {
+        const CheckedHop& own = m_final[i].paths[p][h];
+        for (const std::vector<CheckedHop>& path : m_final[i].paths) {
+            for (const CheckedHop& hop : path) {
+                if (hop.sameSender(own))
+                    return &hop != &own && hop.window.start == scheduled(i, own)->slot;
+            }
+        }
+        return false;
+    }
+
     void followPath(size_t i, size_t p)
     {
         const std::vector<CheckedHop>& path = m_windows[i].paths[p];
@@ -178,8 +178,37 @@ private:
                     QStringLiteral(u"slot %1 after slot %2: %3")
                         .arg(QString::number(now->slot), QString::number(before->slot),
                              describe(m_windows[i], path[h])));
+            if (now)
+                checkWindow(i, p, h, *now);
             before = now;
         }
+    }
+
+    void checkWindow(size_t i, size_t p, size_t h, const CheckedHop& now)
+    {
+        const CheckedWindow& allowed = m_windows[i].paths[p][h].window;
+        if (now.slot >= allowed.start && now.slot <= allowed.end)
+            return;
+        add(Finding::OutsideWindow, causeOfSlotOutside(i, p, h, now),
+            QStringLiteral(u"slot %1 not in [%2,%3]: %4")
+                .arg(QString::number(now.slot), QString::number(allowed.start),
+                     QString::number(allowed.end), describe(m_schedule[i], now)));
+    }
+
+    // Narrowing leaves a window inside what it was, or inverted. Only a resolution puts one
+    // elsewhere, and what it fixes is a single slot.
+    Finding::Cause causeOfSlotOutside(size_t i, size_t p, size_t h, const CheckedHop& now) const
+    {
+        if (duplicate(i))
+            return Finding::DuplicateNumber;
+        if (m_windows[i].paths[p][h].window.inverted())
+            return Finding::FirstStage;
+        const CheckedWindow& last = m_final[i].paths[p][h].window;
+        if (last.start != now.slot)
+            return merged(i, p, h) ? Finding::MergedPaths : Finding::Unexplained;
+        if (last.inverted())
+            return Finding::WindowInverted;
+        return last.start == last.end ? Finding::FixedOutside : Finding::Unexplained;
     }
 
     // The schedule names one talker port an instance, that of the first path.
@@ -201,13 +230,14 @@ private:
         const CheckedHop& before = m_final[i].paths[p][h - 1];
         const CheckedHop& now = m_final[i].paths[p][h];
         if (before.window.start < now.window.start)
-            return Finding::MergedPaths;
+            return merged(i, p, h - 1) || merged(i, p, h) ? Finding::MergedPaths
+                                                          : Finding::Unexplained;
         if (before.window.inverted())
             return Finding::WindowInverted;
         const std::vector<CheckedHop>& untouched = m_windows[i].paths[p];
         if (before.window == untouched[h - 1].window && now.window == untouched[h].window)
             return Finding::JoinedBranches;
-        return talkerIsSwitch(m_windows[i]) ? Finding::TalkerIsSwitch : Finding::Unexplained;
+        return Finding::Unexplained;
     }
 
     std::vector<CheckedInstance> m_windows;
@@ -231,6 +261,8 @@ QString nameOf(ScheduleFinding::Kind kind)
         return QStringLiteral(u"shared slot");
     case Finding::BackwardHop:
         return QStringLiteral(u"backward hop");
+    case Finding::OutsideWindow:
+        return QStringLiteral(u"slot outside window");
     case Finding::InvertedWindow:
         return QStringLiteral(u"inverted window");
     case Finding::MissingHop:
@@ -246,6 +278,8 @@ QString nameOf(ScheduleFinding::Cause cause)
         return QStringLiteral(u"UNEXPLAINED");
     case Finding::WindowInverted:
         return QStringLiteral(u"a window is inverted");
+    case Finding::FixedOutside:
+        return QStringLiteral(u"fixed there by a resolution");
     case Finding::LaterRevision:
         return QStringLiteral(u"narrowed by a later revision");
     case Finding::FirstStage:
@@ -258,8 +292,6 @@ QString nameOf(ScheduleFinding::Cause cause)
         return QStringLiteral(u"branches joined by the first stage");
     case Finding::DuplicateNumber:
         return QStringLiteral(u"two instances with one number");
-    case Finding::TalkerIsSwitch:
-        return QStringLiteral(u"talker on one path, switch on another");
     }
     return {};
 }

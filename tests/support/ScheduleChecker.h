@@ -11,15 +11,20 @@ struct ScheduleFinding {
     enum Kind {
         SharedSlot,     ///< two transmissions in one slot of a sending port
         BackwardHop,    ///< a hop that sends before, or as, it can have received the frame
-        InvertedWindow, ///< a window that ends before it starts, so that its slot lies outside it
+        OutsideWindow,  ///< a slot outside the window that the first stage gave the hop
+        InvertedWindow, ///< a window that ends before it starts
         MissingHop      ///< a sender on a path for which the schedule has no slot
     };
     /// Why the planning accepts it; all but Unexplained follow from how the planning works.
     enum Cause {
         Unexplained,
-        /// A window at the port or before the hop was inverted: a window that ends before it starts
-        /// overlaps nothing when neighbours are compared, so the port counts as free of conflict.
+        /// A window at the port, of the hop, or of the hop before was inverted at the end. Such a
+        /// window overlaps nothing when neighbours are compared, so its port counts as free of
+        /// conflict, and its start is a slot behind its end.
         WindowInverted,
+        /// The resolution fixed the hop there: the window was inverted when its turn came, or the
+        /// hop gave way beyond the end of the slot table, or another path of the instance decided.
+        FixedOutside,
         /// A later revision pushed the window out of place; windows are narrowed without a check.
         LaterRevision,
         /// The window is inverted in the intermediate document already.
@@ -33,10 +38,7 @@ struct ScheduleFinding {
         /// shared hop's start without lifting the hops behind it.
         JoinedBranches,
         /// Two instances have the same flow and sequence number; ports list such a pair once.
-        DuplicateNumber,
-        /// The port is the talker on one path of the instance and a switch on another; only the
-        /// kind met first is given its slot.
-        TalkerIsSwitch
+        DuplicateNumber
     };
     Kind kind;
     Cause cause;

@@ -10,36 +10,25 @@ namespace twin
 namespace
 {
 
-struct SlotTableEntry {
-    qint32 slot = 0;
-    bool used = false;
-};
-
-/// The whole table, element for element; outside it nothing is used and nothing is kept.
+/// The whole table, one element a slot; outside it nothing is used and nothing is kept.
 class Table
 {
 public:
-    explicit Table(qint32 maxRxSlot)
-    {
-        for (qint64 slot = 0; slot <= maxRxSlot; ++slot)
-            m_entries.push_back({static_cast<qint32>(slot), false});
-    }
+    explicit Table(qint32 maxRxSlot) : m_used(static_cast<size_t>(maxRxSlot) + 1, false) {}
+
     bool contains(qint32 slot) const
     {
-        return slot >= 0 && static_cast<size_t>(slot) < m_entries.size();
+        return slot >= 0 && static_cast<size_t>(slot) < m_used.size();
     }
-    bool used(qint32 slot) const
-    {
-        return contains(slot) && m_entries[static_cast<size_t>(slot)].used;
-    }
+    bool used(qint32 slot) const { return contains(slot) && m_used[static_cast<size_t>(slot)]; }
     void mark(qint32 slot, bool used)
     {
         if (contains(slot))
-            m_entries[static_cast<size_t>(slot)].used = used;
+            m_used[static_cast<size_t>(slot)] = used;
     }
 
 private:
-    std::vector<SlotTableEntry> m_entries;
+    std::vector<bool> m_used;
 };
 
 /// Ends the call with code -3.

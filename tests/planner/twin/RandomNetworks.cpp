@@ -28,8 +28,10 @@ NetworkDraft anywhere(RandomSource& random, bool multicast)
 {
     NetworkDraft draft;
     RandomTopology topology(random, draft);
-    topology.growAny(random.between(1, 5), random.between(2, 6));
-    topology.number(pickBuffer(random), pickBuffer(random));
+    const int switchCount = random.between(1, 5);
+    topology.growAny(switchCount, random.between(2, 6));
+    const int hostBuffer = pickBuffer(random);
+    topology.number(hostBuffer, pickBuffer(random));
     TrafficStyle style;
     style.firstSlots = random.pick({2, 6, 12, 30});
     style.widest = random.pick({0, 2, 6, 12});
@@ -52,7 +54,8 @@ NetworkDraft crowdedTalker(RandomSource& random)
 {
     NetworkDraft draft;
     RandomTopology topology(random, draft);
-    topology.growFunnel(random.between(1, 2), 1, random.between(1, 3));
+    const int switchCount = random.between(1, 2);
+    topology.growFunnel(switchCount, 1, random.between(1, 3));
     topology.number(random.pick({4, 40}), 40);
     TrafficStyle style;
     style.firstSlots = random.pick({3, 6});
@@ -74,7 +77,8 @@ NetworkDraft crowdedListener(RandomSource& random)
     NetworkDraft draft;
     RandomTopology topology(random, draft);
     const int talkers = random.between(2, 7);
-    topology.growFunnel(random.pick({1, 1, 2, 3}), talkers, random.between(1, 2));
+    const int switchCount = random.pick({1, 1, 2, 3});
+    topology.growFunnel(switchCount, talkers, random.between(1, 2));
     topology.number(random.pick({4, 60}), 60);
     TrafficStyle style;
     style.firstSlots = random.pick({3, 6});
@@ -98,13 +102,43 @@ NetworkDraft crowdedListener(RandomSource& random)
     return draft;
 }
 
+/// Receive windows of one start that all end with the slot table, a narrower one last.
+///
+/// The wide ones give way until some pass the end of the table, where nothing is remembered as
+/// taken. One of them there is a plan; two share that slot for ever.
+NetworkDraft crowdedTableEnd(RandomSource& random)
+{
+    NetworkDraft draft;
+    RandomTopology topology(random, draft);
+    const int width = random.between(1, 3);
+    const int talkers = width + random.between(1, 3) + 1;
+    topology.growFunnel(1, talkers, 1);
+    topology.number(60, 60);
+    TrafficStyle style;
+    style.wideSend = true;
+    style.samePeriod = true;
+    RandomTraffic traffic(random, draft, topology, style);
+    const std::vector<int>& hosts = topology.hosts();
+    for (size_t i = 0; i < static_cast<size_t>(talkers); ++i) {
+        traffic.addVirtualLink(hosts[i], {hosts.back()}, 0, 0);
+        traffic.addFlow(draft.virtualLinks.back());
+        const int last = i + 1 < static_cast<size_t>(talkers) ? 2 + width : 2;
+        draft.flows.back().listeners.front().rxwin =
+            QStringLiteral(u"[400,%1]").arg((last + 1) * 200);
+    }
+    return draft;
+}
+
 /// Many instances in the cycle, so that one port holds more windows than sort without partition.
 NetworkDraft longCycle(RandomSource& random)
 {
     NetworkDraft draft;
     RandomTopology topology(random, draft);
-    topology.growFunnel(random.between(1, 3), random.between(1, 4), random.between(1, 3));
-    topology.number(pickBuffer(random), random.pick({4, 8, 40}));
+    const int switchCount = random.between(1, 3);
+    const int talkerCount = random.between(1, 4);
+    topology.growFunnel(switchCount, talkerCount, random.between(1, 3));
+    const int hostBuffer = pickBuffer(random);
+    topology.number(hostBuffer, random.pick({4, 8, 40}));
     TrafficStyle style;
     style.firstSlots = random.pick({2, 10});
     style.widest = random.pick({2, 8, 20});
@@ -126,8 +160,10 @@ NetworkDraft wandering(RandomSource& random)
 {
     NetworkDraft draft;
     RandomTopology topology(random, draft);
-    topology.growAny(random.between(1, 4), random.between(2, 4));
-    topology.number(pickBuffer(random), random.pick({4, 8, 40}));
+    const int switchCount = random.between(1, 4);
+    topology.growAny(switchCount, random.between(2, 4));
+    const int hostBuffer = pickBuffer(random);
+    topology.number(hostBuffer, random.pick({4, 8, 40}));
     TrafficStyle style;
     style.wideReceive = random.chance(50);
     RandomTraffic traffic(random, draft, topology, style);
@@ -145,6 +181,10 @@ NetworkDraft wandering(RandomSource& random)
 NetworkDraft draftOf(RandomSource& random, QString& family)
 {
     const int choice = random.below(100);
+    if (choice < 2) {
+        family = QStringLiteral(u"crowded table end");
+        return crowdedTableEnd(random);
+    }
     if (choice < 30) {
         family = QStringLiteral(u"anywhere");
         return anywhere(random, false);

@@ -6,6 +6,8 @@
 #include <vector>
 
 /// Input files for one run of the engine, made from a seed and the same on every machine.
+///
+/// Makers draw one number a statement, since compilers order the arguments of a call differently.
 struct RandomNetwork {
     struct File {
         QString name; ///< below the folder ResourceXML

@@ -43,11 +43,13 @@ void collect(RunRecord& record, const LogCapture& log)
     }
 }
 
+const QString comesBack = QStringLiteral(u"resolution comes back to an earlier state");
+
 QString outcomeOfExit(const QStringList& log)
 {
     const int resolve = log.lastIndexOf(QStringLiteral(u"Resolve: -3"));
     if (resolve < 1)
-        return QStringLiteral(u"resolution comes back to an earlier state");
+        return comesBack;
     static const QStringList numbers = {QStringLiteral(u"465"), QStringLiteral(u"486"),
                                         QStringLiteral(u"500"), QStringLiteral(u"512"),
                                         QStringLiteral(u"556"), QStringLiteral(u"580"),
@@ -99,7 +101,8 @@ QStringList requiredOutcomes()
                             QStringLiteral(u"success after 2 passes"),
                             QStringLiteral(u"success after 3 or more passes"),
                             QStringLiteral(u"unreasonable window"),
-                            QStringLiteral(u"document refused, code -1")};
+                            QStringLiteral(u"document refused, code -1"),
+                            comesBack};
     for (int i = 0; i <= 8; ++i)
         outcomes.append(QStringLiteral(u"exit E%1").arg(i));
     return outcomes;

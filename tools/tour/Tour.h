@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+#include <list>
+
+class QWidget;
+
+/// A guided run through the studio: waits for each stage, acts like a user, keeps a picture.
+///
+/// Stages are done in order, each once its condition holds. A stage whose condition does not come
+/// true in time ends the application with exit code 1.
+class Tour : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Reads the examples from one folder; writes numbered pictures to the other, which must exist.
+    Tour(const QString& examples, const QString& pictures, QObject* parent);
+
+    /// Whether all stages were done.
+    bool complete() const { return m_stages.empty(); }
+
+private:
+    struct Stage {
+        QString name;
+        std::function<bool()> isReached;
+        std::function<void()> act; ///< may block until a later stage has answered
+    };
+
+    void addStartStages();
+    void addRunStages(const QString& document);
+    void look();
+    void takePicture(const QString& name);
+
+    QTimer m_timer;
+    std::list<Stage> m_stages;
+    QString m_examples;
+    QString m_pictures;
+    int m_pictureCount = 0;
+    int m_looksAtStage = 0;
+};

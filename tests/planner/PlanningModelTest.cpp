@@ -58,7 +58,7 @@ private slots:
         flow.period = 200;
         flow.paths.emplace_back();
         context.flows.push_back(flow);
-        context.clusterCycle = 65538 * 200;
+        context.clusterCycle = quint64(65538) * 200;
         expandInstances(context);
         QCOMPARE(context.TTStreamInstanceList.size(), size_t(65538));
         const TTStreamInstance& last = context.TTStreamInstanceList.back();

@@ -1,5 +1,7 @@
 #include "tests/planner/twin/RandomOddities.h"
 
+#include <cstdio>
+
 namespace
 {
 
@@ -107,6 +109,38 @@ void changePeriods(RandomSource& random, NetworkDraft& draft)
         draft.flows.front().period = 1;
 }
 
+QByteArray oddNumber(RandomSource& random)
+{
+    return random.pick({QByteArray("0"), QByteArray("1"), QByteArray("-1"), QByteArray("65537"),
+                        QByteArray("12abc"), QByteArray(" 3"), QByteArray("x"),
+                        QByteArray("4294967297")});
+}
+
+/// What is done to the windows of one document.
+struct Disturbance {
+    int percent = 0;  ///< of the windows
+    int offset = 0;   ///< slots, to bring windows below the slot table
+    bool odd = false; ///< texts of another shape, too
+};
+
+/// Around what the document has: shifted, widened, inverted, or a text of another shape.
+QByteArray disturbedWindow(RandomSource& random, const Disturbance& disturbance,
+                           const QByteArray& text)
+{
+    int start = 0;
+    int end = 0;
+    std::sscanf(text.constData(), "[%d,%d]", &start, &end);
+    if (random.chance(disturbance.percent)) {
+        start += random.between(-4, 4);
+        end += random.pick({0, 1, 3, 9, -3});
+    }
+    if (disturbance.odd && random.chance(5))
+        return random.pick({QByteArray("[a,30]"), QByteArray("[5]"), QByteArray("7,9"),
+                            QByteArray("[4,b]"), QByteArray("x[3,8,9]y"), QByteArray("[,]")});
+    return "[" + QByteArray::number(start + disturbance.offset) + "," +
+           QByteArray::number(end + disturbance.offset) + "]";
+}
+
 void changeTopology(RandomSource& random, NetworkDraft& draft)
 {
     switch (random.below(7)) {
@@ -180,6 +214,32 @@ QByteArray damaged(RandomSource& random, const QByteArray& document)
     default:
         lines.removeAt(line);
         break;
+    }
+    return lines.join('\n');
+}
+
+QByteArray disturbedWindows(RandomSource& random, const QByteArray& document)
+{
+    if (random.chance(4))
+        return damaged(random, document);
+    Disturbance disturbance;
+    disturbance.percent = random.pick({5, 30, 100});
+    disturbance.offset = random.pick({0, 0, 0, -3, -8});
+    disturbance.odd = random.chance(10);
+    const bool numbers = random.chance(10);
+    QList<QByteArray> lines = document.split('\n');
+    for (QByteArray& line : lines) {
+        const int from = line.indexOf('>') + 1;
+        const int to = line.lastIndexOf('<');
+        if (from <= 0 || to <= from)
+            continue;
+        const bool isWindow = line.at(from) == '[';
+        QByteArray text = line.mid(from, to - from);
+        if (isWindow)
+            text = disturbedWindow(random, disturbance, text);
+        else if (numbers && random.chance(2))
+            text = oddNumber(random);
+        line.replace(from, to - from, text);
     }
     return lines.join('\n');
 }

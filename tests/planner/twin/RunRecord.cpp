@@ -33,6 +33,12 @@ void layOut(const RandomNetwork& network)
         writeFile(QStringLiteral(u"ResourceXML/") + file.name, file.bytes);
 }
 
+void layOut(const QByteArray& windows)
+{
+    QDir(QStringLiteral(u"OutputXML")).removeRecursively();
+    writeFile(windowsFile, windows);
+}
+
 void collect(RunRecord& record, const LogCapture& log)
 {
     record.windows = readFile(windowsFile);
@@ -136,6 +142,28 @@ RunRecord runTwin(const RandomNetwork& network)
     collect(record, log);
     twin::writeWindowsDocument(QStringLiteral(u"final.xml"), planner.schedCycle, planner.instances);
     record.finalWindows = readFile(finalFile);
+    return record;
+}
+
+RunRecord planWithProduct(const QByteArray& windows)
+{
+    layOut(windows);
+    RunRecord record;
+    const LogCapture log;
+    planner::TTPlanner planner;
+    record.secondCode = planner::TTPlanning(planner);
+    collect(record, log);
+    return record;
+}
+
+RunRecord planWithTwin(const QByteArray& windows)
+{
+    layOut(windows);
+    RunRecord record;
+    const LogCapture log;
+    twin::Planner planner;
+    record.secondCode = twin::planSecondStage(planner);
+    collect(record, log);
     return record;
 }
 

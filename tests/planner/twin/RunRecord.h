@@ -26,5 +26,9 @@ QStringList requiredOutcomes();
 RunRecord runProduct(const RandomNetwork& network);
 RunRecord runTwin(const RandomNetwork& network);
 
+/// Run the second stage alone on a windows document.
+RunRecord planWithProduct(const QByteArray& windows);
+RunRecord planWithTwin(const QByteArray& windows);
+
 /// What differs first, or an empty text.
 QString firstDifference(const RunRecord& product, const RunRecord& twin);

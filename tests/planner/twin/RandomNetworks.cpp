@@ -231,5 +231,9 @@ RandomNetwork randomNetwork(quint64 seed)
         network.files.push_back({QStringLiteral(u"vek_input.old"), bytes});
     if (random.chance(1))
         network.files.push_back({QStringLiteral(u"notes.xml"), bytes});
+    if (random.chance(1)) {
+        network.family = QStringLiteral(u"no folder");
+        network.files.clear();
+    }
     return network;
 }

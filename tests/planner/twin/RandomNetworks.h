@@ -14,8 +14,8 @@ struct RandomNetwork {
         QByteArray bytes;
     };
     quint64 seed = 0;
-    QString family; ///< what the generator aimed at
-    std::vector<File> files;
+    QString family;          ///< what the generator aimed at
+    std::vector<File> files; ///< none when the folder is missing
 };
 
 RandomNetwork randomNetwork(quint64 seed);

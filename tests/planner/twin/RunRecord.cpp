@@ -108,6 +108,7 @@ QStringList requiredOutcomes()
                             QStringLiteral(u"success after 3 or more passes"),
                             QStringLiteral(u"unreasonable window"),
                             QStringLiteral(u"document refused, code -1"),
+                            QStringLiteral(u"document refused, code -2"),
                             comesBack};
     for (int i = 0; i <= 8; ++i)
         outcomes.append(QStringLiteral(u"exit E%1").arg(i));

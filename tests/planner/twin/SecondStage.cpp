@@ -112,13 +112,10 @@ void addListener(XMLElement* listeners, const Path& path)
 
 void addSlots(XMLElement* element, const std::list<Path>& paths)
 {
-    // Without a path there is no talker to name; only a document made by hand comes to this.
-    if (!paths.empty()) {
-        XMLElement* talker = add(element, "talker");
-        addNumber(talker, "nodeID", paths.front().talkerNodeID);
-        addNumber(talker, "outport", paths.front().talkerOutport);
-        addNumber(talker, "txslotID", paths.front().txslotID);
-    }
+    XMLElement* talker = add(element, "talker");
+    addNumber(talker, "nodeID", paths.front().talkerNodeID);
+    addNumber(talker, "outport", paths.front().talkerOutport);
+    addNumber(talker, "txslotID", paths.front().txslotID);
     XMLElement* bridges = add(element, "bridges");
     XMLElement* listeners = add(element, "listeners");
     std::list<Hop> writtenHops;

@@ -156,7 +156,7 @@ Instance readInstance(Planner& planner, const XMLElement* element)
     instance.period = number32(element, "period");
     instance.size = number16(element, "size");
     const XMLElement* paths = child(element, "path_schedwin");
-    for (auto* e = paths->FirstChildElement("path"); e; e = e->NextSiblingElement())
+    for (auto* e = child(paths, "path"); e; e = e->NextSiblingElement())
         instance.paths.push_back(readPath(planner, e));
     return instance;
 }
@@ -169,7 +169,7 @@ void readRoot(Planner& planner, const XMLElement* root)
     planner.slotLen = number32(root, "slotLen");
     const XMLElement* flows = child(root, "flows");
     for (auto* flow = flows->FirstChildElement("flow"); flow; flow = flow->NextSiblingElement()) {
-        for (auto* e = flow->FirstChildElement("Instance"); e; e = e->NextSiblingElement())
+        for (auto* e = child(flow, "Instance"); e; e = e->NextSiblingElement())
             planner.instances.push_back(readInstance(planner, e));
     }
 }

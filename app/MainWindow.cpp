@@ -2,6 +2,7 @@
 
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
+#include "topology/TopologyWindow.h"
 #include "views/FlowColorTable.h"
 
 #include <QCloseEvent>
@@ -28,6 +29,8 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
 {
     fillFlowColorTable();
     addToolBar(Qt::LeftToolBarArea, createToolBar());
+    topologyWindow = new TopologyWindow;
+    setCentralWidget(topologyWindow);
     setMenuBar(createMenuBar());
     setMinimumSize(800, 600);
     mainStatusBar = createStatusBar(versions);

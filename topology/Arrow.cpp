@@ -1,0 +1,147 @@
+#include "topology/Arrow.h"
+
+#include "topology/ContextMenu.h"
+#include "topology/DiagramItem.h"
+#include "topology/RecordNotifier.h"
+
+#include <QFontMetrics>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QPainter>
+#include <QPen>
+
+#include <cmath>
+
+static constexpr qreal lineWidth = 2.0;
+static constexpr qreal labelMargin = 100.0; // keeps labels beside the line inside the repaint area
+static constexpr qreal selectionDistance = 4.0; // of the dashed parallels from the line
+
+static QPen solidPen(const QColor& color)
+{
+    return QPen(QBrush(color), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+}
+
+Arrow::Arrow(DiagramItem* start, DiagramItem* end, QMenu* menu, QGraphicsItem* parent)
+    : QGraphicsLineItem(parent),
+      srcNode(start->nodeName),
+      dstNode(end->nodeName),
+      startItem(start),
+      endItem(end),
+      contextMenu(menu)
+{
+    setFlag(ItemIsSelectable);
+    setPen(solidPen(color));
+}
+
+Arrow::~Arrow()
+{
+    emit RecordNotifier::instance().linkGone(this);
+}
+
+QRectF Arrow::boundingRect() const
+{
+    const qreal extra = (pen().widthF() + labelMargin) / 2.0;
+    return QRectF(line().p1(), QSizeF(line().dx(), line().dy()))
+        .normalized()
+        .adjusted(-extra, -extra, extra, extra);
+}
+
+QPainterPath Arrow::shape() const
+{
+    return QGraphicsLineItem::shape();
+}
+
+QPointF Arrow::centerOf(const DiagramItem* item) const
+{
+    return mapFromItem(item, item->pixmapCenter());
+}
+
+QLineF Arrow::centerLine() const
+{
+    return QLineF(centerOf(startItem), centerOf(endItem));
+}
+
+void Arrow::updatePosition()
+{
+    setLine(centerLine());
+}
+
+qint32 Arrow::intersectEdge(DiagramItem* item, const QLineF& line, QPointF* point) const
+{
+    const QPointF center = centerOf(item);
+    const qreal halfWidth = item->pixmap.width() / 2;
+    const qreal halfHeight = item->pixmap.height() / 2;
+    const QPointF topLeft = center + QPointF(-halfWidth, -halfHeight);
+    const QPointF topRight = center + QPointF(halfWidth, -halfHeight);
+    const QPointF bottomRight = center + QPointF(halfWidth, halfHeight);
+    const QPointF bottomLeft = center + QPointF(-halfWidth, halfHeight);
+    const QLineF edges[] = {{topLeft, topRight},
+                            {topRight, bottomRight},
+                            {bottomRight, bottomLeft},
+                            {bottomLeft, topLeft}};
+    for (qint32 i = 0; i < 4; ++i) {
+        if (edges[i].intersects(line, point) == QLineF::BoundedIntersection)
+            return i + 1;
+    }
+    return 0;
+}
+
+void Arrow::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    if (!startItem || !endItem || startItem->collidesWithItem(endItem, Qt::IntersectsItemShape))
+        return;
+    const QLineF centers = centerLine();
+    if (qFuzzyIsNull(centers.length()))
+        return;
+    paintLabels(painter, centers);
+    painter->setPen(solidPen(color));
+    painter->drawLine(centers);
+    if (isSelected())
+        paintSelection(painter);
+}
+
+/// Left top corner of a label beside the point where the line leaves an edge of the node's box.
+static QPoint labelCorner(qint32 edge, const QPointF& point, int width, int height)
+{
+    switch (edge) {
+    case 1:
+        return QPoint(int(point.x()), int(point.y() - height));
+    case 4:
+        return QPoint(int(point.x() - width), int(point.y()));
+    default:
+        return QPoint(int(point.x()), int(point.y()));
+    }
+}
+
+// The width of the source port's text serves both labels.
+void Arrow::paintLabels(QPainter* painter, const QLineF& centers) const
+{
+    QPointF startPoint;
+    QPointF endPoint;
+    const qint32 startEdge = intersectEdge(startItem, centers, &startPoint);
+    const qint32 endEdge = intersectEdge(endItem, centers, &endPoint);
+    if (startEdge == 0 || endEdge == 0)
+        return;
+    painter->setFont(font);
+    painter->setPen(textColor);
+    const QSize size(QFontMetrics(font).horizontalAdvance(srcPort), textHeight);
+    const auto drawLabel = [&](const QPointF& point, qint32 edge, const QString& text) {
+        const QPoint corner = labelCorner(edge, point, size.width(), size.height());
+        painter->drawText(QRect(corner, size), Qt::AlignCenter, text);
+    };
+    drawLabel(startPoint, startEdge, srcPort);
+    drawLabel(endPoint, endEdge, dstPort);
+}
+
+void Arrow::paintSelection(QPainter* painter) const
+{
+    const bool steep = std::abs(line().dy() / line().dx()) > 1.0;
+    const QPointF offset = steep ? QPointF(selectionDistance, 0) : QPointF(0, selectionDistance);
+    painter->setPen(QPen(QBrush(color), 1.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin));
+    painter->drawLine(line().translated(offset));
+    painter->drawLine(line().translated(-offset));
+}
+
+void Arrow::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
+{
+    openContextMenu(this, contextMenu, event->screenPos());
+}

@@ -1,0 +1,7 @@
+#include "topology/RecordNotifier.h"
+
+RecordNotifier& RecordNotifier::instance()
+{
+    static RecordNotifier notifier;
+    return notifier;
+}

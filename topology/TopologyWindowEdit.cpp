@@ -1,0 +1,204 @@
+#include "topology/TopologyWindow.h"
+
+#include "topology/Arrow.h"
+#include "topology/DiagramScene.h"
+#include "topology/EditItemWindow.h"
+#include "topology/EditLineWindow.h"
+
+#include <QAction>
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QFontComboBox>
+#include <QGraphicsView>
+#include <QToolButton>
+
+// What actions, buttons and the scene's signals do.
+
+static constexpr int textButtonId = 10; // reserved: the tool box builds no such button
+static constexpr qreal zStep = 0.1;
+
+QGraphicsItem* TopologyWindow::firstSelectedItem() const
+{
+    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    return selected.isEmpty() ? nullptr : selected.first();
+}
+
+// ---- Modes
+
+// With two buttons in the group, a clicked one unchecks itself: it is the clicked button that is
+// unchecked for each of the others.
+void TopologyWindow::buttonGroupClicked(QAbstractButton* button)
+{
+    for (QAbstractButton* other : buttonGroup->buttons()) {
+        if (other != button)
+            button->setChecked(false);
+    }
+    const int id = buttonGroup->id(button);
+    if (id == textButtonId) {
+        scene->setMode(DiagramScene::InsertText);
+    } else {
+        scene->setItemType(static_cast<DiagramItem::DiagramType>(id));
+        scene->setMode(DiagramScene::InsertItem);
+    }
+}
+
+void TopologyWindow::pointerGroupClicked()
+{
+    scene->setMode(static_cast<DiagramScene::Mode>(pointerTypeGroup->checkedId()));
+}
+
+void TopologyWindow::itemInserted(DiagramItem* item)
+{
+    pointerTypeGroup->button(DiagramScene::MoveItem)->setChecked(true);
+    pointerGroupClicked();
+    if (QAbstractButton* button = buttonGroup->button(item->diagramType))
+        button->setChecked(false);
+    scene->renumberNodes();
+}
+
+void TopologyWindow::textInserted(QGraphicsTextItem*)
+{
+    if (QAbstractButton* button = buttonGroup->button(textButtonId))
+        button->setChecked(false);
+    pointerGroupClicked();
+}
+
+// ---- Editing
+
+void TopologyWindow::editItem()
+{
+    auto* item = qgraphicsitem_cast<DiagramItem*>(firstSelectedItem());
+    if (!item || editItemWindow)
+        return;
+    editItemWindow = new EditItemWindow(this, item);
+    connect(editItemWindow, &EditItemWindow::windowClosed, this,
+            &TopologyWindow::delEditItemWindow);
+    connect(editItemWindow, &EditItemWindow::updateGraphics, this, &TopologyWindow::updateGraphics);
+    editItemWindow->setModal(false);
+    editItemWindow->show();
+}
+
+void TopologyWindow::delEditItemWindow()
+{
+    editItemWindow->deleteLater();
+    editItemWindow = nullptr;
+}
+
+// The link dialog lives on and is reused for the next link, unlike the node dialog.
+void TopologyWindow::editLine()
+{
+    auto* arrow = qgraphicsitem_cast<Arrow*>(firstSelectedItem());
+    if (!arrow)
+        return;
+    if (editLineWindow) {
+        editLineWindow->close();
+        editLineWindow->setArrow(arrow);
+    } else {
+        editLineWindow = new EditLineWindow(nullptr, arrow);
+        connect(editLineWindow, &EditLineWindow::updateGraphics, this,
+                &TopologyWindow::updateGraphics);
+        editLineWindow->setModal(false);
+    }
+    editLineWindow->show();
+}
+
+// Links go first, so that deleting nodes cannot meet one twice.
+void TopologyWindow::deleteItem()
+{
+    deleteSelectedLinks();
+    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    for (QGraphicsItem* item : selected) {
+        if (auto* node = qgraphicsitem_cast<DiagramItem*>(item))
+            node->removeArrows();
+        scene->removeItem(item);
+        scene->renumberNodes();
+        delete item;
+    }
+}
+
+void TopologyWindow::deleteSelectedLinks()
+{
+    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    for (QGraphicsItem* item : selected) {
+        if (auto* arrow = qgraphicsitem_cast<Arrow*>(item)) {
+            scene->removeItem(arrow);
+            arrow->startItem->removeArrow(arrow);
+            arrow->endItem->removeArrow(arrow);
+            delete arrow;
+        }
+    }
+}
+
+// ---- Stacking. Only nodes that the selected item collides with count.
+
+void TopologyWindow::bringToFront()
+{
+    QGraphicsItem* selected = firstSelectedItem();
+    if (!selected)
+        return;
+    qreal zValue = 0;
+    for (const QGraphicsItem* item : selected->collidingItems(Qt::IntersectsItemShape)) {
+        if (item->zValue() >= zValue && item->type() == DIAGRAM_ITEM_TYPE)
+            zValue = item->zValue() + zStep;
+    }
+    selected->setZValue(zValue);
+}
+
+void TopologyWindow::sendToBack()
+{
+    QGraphicsItem* selected = firstSelectedItem();
+    if (!selected)
+        return;
+    qreal zValue = 0;
+    for (const QGraphicsItem* item : selected->collidingItems(Qt::IntersectsItemShape)) {
+        if (item->zValue() <= zValue && item->type() == DIAGRAM_ITEM_TYPE)
+            zValue = item->zValue() - zStep;
+    }
+    selected->setZValue(zValue);
+}
+
+// ---- Font and zoom
+
+void TopologyWindow::handleFontChange()
+{
+    QFont font = fontCombo->currentFont();
+    const int size = fontSizeCombo->currentText().toInt();
+    if (size > 0) // nothing is typed yet while the list is being edited
+        font.setPointSize(size);
+    font.setWeight(boldAction->isChecked() ? QFont::Bold : QFont::Normal);
+    font.setItalic(italicAction->isChecked());
+    font.setUnderline(underlineAction->isChecked());
+    scene->setFont(font);
+}
+
+void TopologyWindow::currentFontChanged(QFont)
+{
+    handleFontChange();
+}
+
+void TopologyWindow::fontSizeChanged(QString)
+{
+    handleFontChange();
+}
+
+void TopologyWindow::itemSelected(QGraphicsItem* item)
+{
+    const auto* text = qgraphicsitem_cast<DiagramTextItem*>(item);
+    if (!text)
+        return;
+    const QFont font = text->font();
+    fontCombo->setCurrentFont(font);
+    fontSizeCombo->setEditText(QString::number(font.pointSize()));
+    boldAction->setChecked(font.weight() == QFont::Bold);
+    italicAction->setChecked(font.italic());
+    underlineAction->setChecked(font.underline());
+}
+
+void TopologyWindow::sceneScaleChanged(QString scale)
+{
+    const qreal newScale = scale.left(scale.indexOf(tr("%"))).toDouble() / 100.0;
+    const QTransform old = view->transform();
+    view->resetTransform();
+    view->translate(old.dx(), old.dy());
+    view->scale(newScale, newScale);
+}

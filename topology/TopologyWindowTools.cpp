@@ -16,6 +16,9 @@
 
 // The tool box at the left and the four tool bars.
 
+// All tools fit beside each other in the smallest window.
+static constexpr int fontComboWidth = 110;
+
 namespace
 {
 
@@ -167,6 +170,7 @@ void TopologyWindow::backgroundButtonGroupClicked(QAbstractButton* button)
 
 void TopologyWindow::createToolbars()
 {
+    setIconSize(QSize(22, 22));
     createEditToolBar();
     createFontToolBar();
     createColorToolBar();
@@ -186,6 +190,7 @@ void TopologyWindow::createEditToolBar()
 void TopologyWindow::createFontToolBar()
 {
     fontCombo = new QFontComboBox;
+    fontCombo->setMaximumWidth(fontComboWidth);
     connect(fontCombo, &QFontComboBox::currentFontChanged, this,
             &TopologyWindow::currentFontChanged);
     fontSizeCombo = new QComboBox;

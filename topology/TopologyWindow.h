@@ -121,4 +121,5 @@ private:
     QAction* lineAction = nullptr; ///< likewise
     QAction* editNodeAction = nullptr;
     QAction* editLinkAction = nullptr;
+    int fontSize = 10; ///< points; the last complete entry of fontSizeCombo
 };

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QFontComboBox>
 #include <QGraphicsView>
+#include <QLineEdit>
 #include <QToolButton>
 
 // What actions, buttons and the scene's signals do.
@@ -162,9 +163,9 @@ void TopologyWindow::sendToBack()
 void TopologyWindow::handleFontChange()
 {
     QFont font = fontCombo->currentFont();
-    const int size = fontSizeCombo->currentText().toInt();
-    if (size > 0) // nothing is typed yet while the list is being edited
-        font.setPointSize(size);
+    if (fontSizeCombo->lineEdit()->hasAcceptableInput()) // not yet while a size is being typed
+        fontSize = fontSizeCombo->currentText().toInt();
+    font.setPointSize(fontSize);
     font.setWeight(boldAction->isChecked() ? QFont::Bold : QFont::Normal);
     font.setItalic(italicAction->isChecked());
     font.setUnderline(underlineAction->isChecked());

@@ -22,6 +22,18 @@ static constexpr int fontComboWidth = 110;
 namespace
 {
 
+/// Lets nothing be typed above its top; by itself the base class waits for the end of the typing.
+class FontSizeValidator : public QIntValidator
+{
+public:
+    using QIntValidator::QIntValidator;
+
+    State validate(QString& text, int& position) const override
+    {
+        return text.toInt() > top() ? Invalid : QIntValidator::validate(text, position);
+    }
+};
+
 struct NamedColor {
     QString name;
     QColor color;
@@ -197,7 +209,7 @@ void TopologyWindow::createFontToolBar()
     fontSizeCombo->setEditable(true);
     for (int size = 8; size <= 28; size += 2)
         fontSizeCombo->addItem(QString::number(size));
-    fontSizeCombo->setValidator(new QIntValidator(2, 64, this));
+    fontSizeCombo->setValidator(new FontSizeValidator(2, 64, this));
     connect(fontSizeCombo, &QComboBox::currentTextChanged, this, &TopologyWindow::fontSizeChanged);
 
     textToolBar = addToolBar(QStringLiteral("Font"));

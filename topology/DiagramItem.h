@@ -19,7 +19,7 @@ constexpr int DIAGRAM_ITEM_TYPE = QGraphicsItem::UserType + 15;
 class DiagramItem : public QGraphicsPixmapItem
 {
 public:
-    enum DiagramType { Endpoint = 0, Switch = 1 };
+    enum DiagramType : qint32 { Endpoint = 0, Switch = 1 };
     enum { Type = DIAGRAM_ITEM_TYPE };
 
     /// contextMenu is shared and not owned. A kind without a picture gives an empty image.

@@ -68,8 +68,8 @@ void Arrow::updatePosition()
 qint32 Arrow::intersectEdge(DiagramItem* item, const QLineF& line, QPointF* point) const
 {
     const QPointF center = centerOf(item);
-    const qreal halfWidth = item->pixmap.width() / 2;
-    const qreal halfHeight = item->pixmap.height() / 2;
+    const int halfWidth = item->pixmap.width() / 2; // whole pixels
+    const int halfHeight = item->pixmap.height() / 2;
     const QPointF topLeft = center + QPointF(-halfWidth, -halfHeight);
     const QPointF topRight = center + QPointF(halfWidth, -halfHeight);
     const QPointF bottomRight = center + QPointF(halfWidth, halfHeight);

@@ -8,6 +8,7 @@
 #include <QTextCursor>
 
 #include <algorithm>
+#include <utility>
 
 static constexpr qreal linkZValue = -1000.0; // hides the ends of links behind their nodes
 static constexpr qreal textZValue = 1000.0;
@@ -144,9 +145,9 @@ void DiagramScene::finishLink()
 
 void DiagramScene::removeLine()
 {
-    if (line) {
-        removeItem(line);
-        delete line; // which clears the pointer
+    if (QGraphicsLineItem* band = std::exchange(line, nullptr)) {
+        removeItem(band);
+        delete band;
     }
 }
 

@@ -28,7 +28,8 @@ static void buildDrawing(DiagramScene* scene, int nodeCount, int linkCount)
     for (int i = 0; i < nodeCount; ++i) {
         FileNodeInfo node;
         node.type = i % 2;
-        node.position = QPointF(100 + i % columns * 180, 100 + i / columns * 220);
+        const int row = i / columns;
+        node.position = QPointF(100 + i % columns * 180, 100 + row * 220);
         node.nodeName = QString::number(i);
         nodes.append(node);
     }

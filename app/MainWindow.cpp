@@ -2,6 +2,7 @@
 
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
+#include "topology/RecordNotifier.h"
 #include "topology/TopologyWindow.h"
 #include "views/FlowColorTable.h"
 
@@ -36,10 +37,17 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
     mainStatusBar = createStatusBar(versions);
     setStatusBar(mainStatusBar);
     setWindowTitle(tr("Rotunda") + QStringLiteral(" - www.rotunda.example"));
+    // Virtual links refer to nodes of the drawing, which go without telling them.
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
+            [this](const DiagramItem* node) { forgetNode(vLineInfoList, node); });
     restoreWindow();
 }
 
-MainWindow::~MainWindow() = default;
+// The drawing goes while the lists that hold its nodes are still there to be told.
+MainWindow::~MainWindow()
+{
+    delete topologyWindow;
+}
 
 void MainWindow::restoreWindow()
 {

@@ -122,6 +122,13 @@ private:
     QStatusBar* createStatusBar(const QMap<QString, QString>& versions);
     void restoreWindow();
     void fillNodeList(QListWidget* list, NodeInfo_Xml nodeInfo);
+    QDockWidget* createVLineDock();
+    QTableWidget* createVLineTable();
+    QDockWidget* createFlowDock();
+    QTableWidget* createFlowTable();
+    void addVLineDock();
+    void addFlowDock();
+    void addTrafficDock(QDockWidget* dock);
     void showStatus(const QString& text);
     int runStages();
     void loadSchedule();

@@ -1,31 +1,228 @@
 #include "app/MainWindow.h"
 
+#include "app/DockToggle.h"
+#include "topology/NodeItemsByName.h"
+#include "traffic/ChildDialog.h"
+#include "traffic/FlowEditorForm.h"
+#include "traffic/ShowVLineInfoForm.h"
+#include "traffic/TrafficTable.h"
+#include "traffic/VLineEditorForm.h"
+
+#include <QComboBox>
+#include <QDockWidget>
+#include <QPushButton>
+#include <QTableWidget>
+
+#include <algorithm>
+
 // Virtual links and flows: docks, tables and their editors.
 
-void MainWindow::vLineEditor() {}
+// ---- Docks
 
-void MainWindow::flowEditor() {}
+QTableWidget* MainWindow::createVLineTable()
+{
+    return createTrafficTable({QStringLiteral(u"序号"), QStringLiteral(u"虚链路id"),
+                               QStringLiteral(u"虚链路信息"), QStringLiteral(u"交换机跳数")},
+                              {64, 64, 108, 64});
+}
 
-void MainWindow::showVLineEditorForm() {}
+QTableWidget* MainWindow::createFlowTable()
+{
+    return createTrafficTable({QStringLiteral(u"序号"), QStringLiteral(u"流类型"),
+                               QStringLiteral(u"流标识"), QStringLiteral(u"周期(us)"),
+                               QStringLiteral(u"消息长度(字节)"), QStringLiteral(u"虚链路ID"),
+                               QStringLiteral(u"发送窗口(us)"), QStringLiteral(u"接收窗口(us)")},
+                              {64, 64, 108, 108, 108, 108, 108, 108});
+}
 
-void MainWindow::deleteVLineEditorWindow() {}
+QDockWidget* MainWindow::createVLineDock()
+{
+    vLineTable = createVLineTable();
+    TrafficDockButtons buttons;
+    QDockWidget* dock =
+        createTrafficDock(QStringLiteral(u"虚链路配置"), QStringLiteral("VLineEditorDock"),
+                          vLineTable, this, buttons);
+    connect(buttons.add, &QPushButton::clicked, this, &MainWindow::showVLineEditorForm);
+    connect(buttons.remove, &QPushButton::clicked, this, &MainWindow::delVLineEditorTableItem);
+    return dock;
+}
 
-void MainWindow::addVLineEditorTableItem(VLineInfo) {}
+QDockWidget* MainWindow::createFlowDock()
+{
+    flowTable = createFlowTable();
+    TrafficDockButtons buttons;
+    QDockWidget* dock = createTrafficDock(
+        QStringLiteral(u"流量配置"), QStringLiteral("FlowEditorDock"), flowTable, this, buttons);
+    connect(buttons.add, &QPushButton::clicked, this, &MainWindow::showFlowEditorWindow);
+    connect(buttons.remove, &QPushButton::clicked, this, &MainWindow::delFlowEditorTableItem);
+    return dock;
+}
 
-void MainWindow::delVLineEditorTableItem() {}
+void MainWindow::addVLineDock()
+{
+    vLineDock = createVLineDock();
+    addTrafficDock(vLineDock);
+}
 
-void MainWindow::showVLineWindow(int) {}
+void MainWindow::addFlowDock()
+{
+    flowDock = createFlowDock();
+    addTrafficDock(flowDock);
+}
 
-void MainWindow::delShowVLineWindow() {}
+void MainWindow::addTrafficDock(QDockWidget* dock)
+{
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    if (vLineDock && flowDock)
+        tabifyDockWidget(vLineDock, flowDock);
+}
 
-void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo>) {}
+void MainWindow::vLineEditor()
+{
+    if (vLineDock)
+        toggleDock(vLineDock);
+    else
+        addVLineDock();
+}
 
-void MainWindow::showFlowEditorWindow() {}
+void MainWindow::flowEditor()
+{
+    if (flowDock)
+        toggleDock(flowDock);
+    else
+        addFlowDock();
+}
 
-void MainWindow::deleteFlowEditorWindow() {}
+// ---- Virtual links
 
-void MainWindow::addFlowEditorTableItem(FlowInfo) {}
+void MainWindow::showVLineEditorForm()
+{
+    if (vLineEditorForm)
+        return;
+    vLineEditorForm = new VLineEditorForm(topologyWindow, this);
+    connect(vLineEditorForm, &VLineEditorForm::windowClosed, this,
+            &MainWindow::deleteVLineEditorWindow);
+    connect(vLineEditorForm, &VLineEditorForm::sendVLineInfo, this,
+            &MainWindow::addVLineEditorTableItem);
+    vLineEditorForm->setModal(false);
+    vLineEditorForm->show();
+}
 
-void MainWindow::delFlowEditorTableItem() {}
+void MainWindow::deleteVLineEditorWindow()
+{
+    forgetDialog(vLineEditorForm);
+}
 
-void MainWindow::addFlowItemByProjectFile(QList<FlowInfo>) {}
+void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
+{
+    vLineInfoList.append(vLineInfo);
+    const int row = appendTrafficRow(vLineTable, {vLineInfo.vLineId});
+    auto* paths = new QComboBox;
+    int mostSwitches = 0;
+    for (const VLineItems& path : qAsConst(vLineInfo.vLinePaths)) {
+        paths->addItem(pathSummary(path));
+        mostSwitches = std::max(mostSwitches, switchCount(path));
+    }
+    connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
+    vLineTable->setCellWidget(row, 2, paths);
+    auto* hops = new QTableWidgetItem(QString::number(mostSwitches));
+    hops->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    vLineTable->setItem(row, 3, hops);
+}
+
+void MainWindow::delVLineEditorTableItem()
+{
+    deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });
+}
+
+// The row is the table's current one, which need not be that of the list that was opened.
+void MainWindow::showVLineWindow(int index)
+{
+    const QList<VLineItems> paths = vLineInfoList.value(vLineTable->currentRow()).vLinePaths;
+    if (index < 0 || index >= paths.size())
+        return;
+    forgetDialog(showVLineInfoForm);
+    showVLineInfoForm = new ShowVLineInfoForm(paths.at(index), this);
+    connect(showVLineInfoForm, &QDialog::finished, this, &MainWindow::delShowVLineWindow);
+    showVLineInfoForm->show();
+}
+
+void MainWindow::delShowVLineWindow()
+{
+    forgetDialog(showVLineInfoForm);
+}
+
+void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> files)
+{
+    if (!vLineDock)
+        addVLineDock();
+    vLineDock->setVisible(true);
+    clearTrafficTable(vLineTable);
+    vLineInfoList.clear();
+    for (const FileVLineInfo& file : qAsConst(files)) {
+        VLineInfo vLine;
+        vLine.vLineId = file.vLineId;
+        for (const QStringList& names : file.vLinePaths) {
+            VLineItems path;
+            for (const QString& name : names)
+                path.append(nodeItemsByName.value(name));
+            vLine.vLinePaths.append(path);
+        }
+        addVLineEditorTableItem(vLine);
+    }
+}
+
+// ---- Flows
+
+void MainWindow::showFlowEditorWindow()
+{
+    if (flowEditorForm)
+        return;
+    flowEditorForm = new FlowEditorForm(vLineInfoList, this);
+    connect(flowEditorForm, &FlowEditorForm::windowClosed, this,
+            &MainWindow::deleteFlowEditorWindow);
+    connect(flowEditorForm, &FlowEditorForm::sendFlowInfo, this,
+            &MainWindow::addFlowEditorTableItem);
+    flowEditorForm->setModal(true);
+    flowEditorForm->show();
+}
+
+void MainWindow::deleteFlowEditorWindow()
+{
+    forgetDialog(flowEditorForm);
+}
+
+static QString windowSummary(const QString& node, const QString& low, const QString& high)
+{
+    return QStringLiteral("{%1,[%2,%3]}").arg(node, low, high);
+}
+
+void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
+{
+    flowInfoList.append(flowInfo);
+    const int row = appendTrafficRow(
+        flowTable,
+        {flowInfo.flowType, flowInfo.flowId, flowInfo.flowPeriod, flowInfo.flowSize,
+         flowInfo.vLineId,
+         windowSummary(flowInfo.srcNode, flowInfo.sendWindowLow, flowInfo.sendWindowHigh)});
+    auto* listeners = new QComboBox;
+    for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
+        listeners->addItem(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
+    flowTable->setCellWidget(row, 7, listeners);
+}
+
+void MainWindow::delFlowEditorTableItem()
+{
+    deleteSelectedRows(flowTable, [this](int row) { flowInfoList.removeAt(row); });
+}
+
+void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
+{
+    if (!flowDock)
+        addFlowDock();
+    flowDock->setVisible(true);
+    clearTrafficTable(flowTable);
+    flowInfoList.clear();
+    for (const FlowInfo& flow : qAsConst(flows))
+        addFlowEditorTableItem(flow);
+}

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "topology/DiagramItem.h"
+
 #include <QList>
 #include <QMetaType>
 #include <QString>
 #include <QStringList>
-
-class DiagramItem;
 
 /// One data path: talker first, listener last, switches between; null where a node is gone.
 ///
@@ -25,3 +25,29 @@ struct FileVLineInfo {
 };
 
 Q_DECLARE_METATYPE(VLineInfo)
+
+/// Registers the records under their names, for queued signals; safe to call again.
+void registerVLineTypes();
+
+/// The node's name; empty for a node that is gone.
+QString nodeNameOf(const DiagramItem* node);
+
+/// The names of a path's nodes in path order; empty where a node is gone.
+QStringList nodeNamesOf(const VLineItems& path);
+
+/// "{A->S1->B}"; "{}" for an empty path.
+QString pathText(const VLineItems& path);
+
+/// "{发送端:A, 接收端:B, 跳数:1}": the ends of a path and its count of switches.
+QString pathSummary(const VLineItems& path);
+
+/// Count of nodes between the two ends; negative for fewer than two nodes.
+int switchCount(const VLineItems& path);
+
+/// The node from which all paths of the virtual link start; null without a path.
+DiagramItem* talkerOf(const VLineInfo& vLine);
+
+/// Turns every entry of a node into null; keys and lengths stay.
+void forgetNode(VLineItems& path, const DiagramItem* node);
+void forgetNode(QList<VLineItems>& paths, const DiagramItem* node);
+void forgetNode(QList<VLineInfo>& vLines, const DiagramItem* node);

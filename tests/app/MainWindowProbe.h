@@ -21,5 +21,27 @@ struct MainWindowProbe {
     void planByUserInput() { window.planByUserInput(); }
     void fillNodeList(QListWidget* list) { window.fillNodeList(list, window.sendNodeInfo); }
 
+    TopologyWindow* topologyWindow() const { return window.topologyWindow; }
+    QDockWidget* vLineDock() const { return window.vLineDock; }
+    QDockWidget* flowDock() const { return window.flowDock; }
+    QTableWidget* vLineTable() const { return window.vLineTable; }
+    QTableWidget* flowTable() const { return window.flowTable; }
+    QList<VLineInfo>& vLineInfoList() const { return window.vLineInfoList; }
+    QList<FlowInfo>& flowInfoList() const { return window.flowInfoList; }
+    VLineEditorForm* vLineEditorForm() const { return window.vLineEditorForm; }
+    FlowEditorForm* flowEditorForm() const { return window.flowEditorForm; }
+    ShowVLineInfoForm* showVLineInfoForm() const { return window.showVLineInfoForm; }
+    void addVLine(const VLineInfo& vLine) const { window.addVLineEditorTableItem(vLine); }
+    void addFlow(const FlowInfo& flow) const { window.addFlowEditorTableItem(flow); }
+    void generateInput() const { window.generate_vek_input(); }
+    void addVLinesOfProject(const QList<FileVLineInfo>& vLines) const
+    {
+        window.addVLineItemByProjectFile(vLines);
+    }
+    void addFlowsOfProject(const QList<FlowInfo>& flows) const
+    {
+        window.addFlowItemByProjectFile(flows);
+    }
+
     MainWindow& window;
 };

@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <QtTest>
 
-Editor::Editor()
+Editor::Editor() : m_own(std::make_unique<TopologyWindow>()), window(*m_own)
 {
     window.resize(1100, 750);
     window.show();
@@ -16,6 +16,8 @@ Editor::Editor()
         qFatal("the window does not become active");
     view()->centerOn(400, 300);
 }
+
+Editor::Editor(TopologyWindow& embedded) : window(embedded) {}
 
 void Editor::send(QEvent::Type type, const QPointF& position, Qt::MouseButton button,
                   Qt::MouseButtons buttons)

@@ -11,6 +11,7 @@
 #include <QMenu>
 
 #include <functional>
+#include <memory>
 
 class EditItemWindow;
 class EditLineWindow;
@@ -46,9 +47,16 @@ struct TopologyWindowProbe {
 class Editor
 {
 public:
+    /// In a window of its own, shown and active.
     Editor();
+    /// In a window that stands in another one, which the caller shows.
+    explicit Editor(TopologyWindow& embedded);
 
-    TopologyWindow window;
+private:
+    std::unique_ptr<TopologyWindow> m_own;
+
+public:
+    TopologyWindow& window;
 
     DiagramScene* scene() { return window.getScence(); }
     QGraphicsView* view() { return TopologyWindowProbe::view(window); }

@@ -1,6 +1,7 @@
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 
+#include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/topology/Editor.h"
 
@@ -9,22 +10,6 @@
 #include <QPushButton>
 
 // The two dialogs, and that nothing follows a record that is gone.
-
-static QLineEdit* edit(QDialog* dialog, const char* name)
-{
-    return dialog->findChild<QLineEdit*>(QString::fromUtf8(name));
-}
-
-static void type(QDialog* dialog, const char* name, const char* text)
-{
-    edit(dialog, name)->selectAll();
-    QTest::keyClicks(edit(dialog, name), QString::fromUtf8(text));
-}
-
-static void clickButton(QDialog* dialog, const char* name)
-{
-    QTest::mouseClick(dialog->findChild<QPushButton*>(QString::fromUtf8(name)), Qt::LeftButton);
-}
 
 /// Two linked hosts, with helpers that open their dialogs from the context menus.
 struct LinkedPair {
@@ -75,18 +60,18 @@ private slots:
         dialog->close();
         dialog = pair.openNode(pair.b);
         QVERIFY(dialog->findChild<QWidget*>(QStringLiteral("widget_portNum"))->isVisible());
-        QVERIFY(edit(dialog, "lineEdit_nodeId")->isReadOnly());
+        QVERIFY(lineEdit(dialog, "lineEdit_nodeId")->isReadOnly());
     }
 
     void confirmedNodeKeepsWhatWasTyped()
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.b);
-        type(dialog, "lineEdit_nodeName", "SW, 1");
-        type(dialog, "lineEdit_nodeMac", "no address");
-        type(dialog, "lineEdit_portNum", "-5");
-        type(dialog, "lineEdit_mtu", "many");
-        type(dialog, "lineEdit_bufferNum", "8");
+        typeText(dialog, "lineEdit_nodeName", "SW, 1");
+        typeText(dialog, "lineEdit_nodeMac", "no address");
+        typeText(dialog, "lineEdit_portNum", "-5");
+        typeText(dialog, "lineEdit_mtu", "many");
+        typeText(dialog, "lineEdit_bufferNum", "8");
         clickButton(dialog, "confirmButton");
         QCOMPARE(pair.b->nodeName, QStringLiteral("SW, 1"));
         QCOMPARE(pair.b->nodeMac, QStringLiteral("no address"));
@@ -101,35 +86,36 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
-        type(dialog, "lineEdit_nodeName", "H1");
+        typeText(dialog, "lineEdit_nodeName", "H1");
         clickButton(dialog, "confirmButton");
         dialog = pair.openNode(pair.b);
-        type(dialog, "lineEdit_nodeName", "SW");
+        typeText(dialog, "lineEdit_nodeName", "SW");
         clickButton(dialog, "confirmButton");
         QCOMPARE(pair.link->srcNode, QStringLiteral("H1"));
         QCOMPARE(pair.link->dstNode, QStringLiteral("SW"));
         EditLineWindow* linkDialog = pair.openLink();
-        QCOMPARE(edit(linkDialog, "lineEdit_srcNode")->text(), QStringLiteral(u"H1(节点id:0)"));
-        QCOMPARE(edit(linkDialog, "lineEdit_dstNode")->text(), QStringLiteral(u"SW(节点id:1)"));
+        QCOMPARE(lineEdit(linkDialog, "lineEdit_srcNode")->text(), QStringLiteral(u"H1(节点id:0)"));
+        QCOMPARE(lineEdit(linkDialog, "lineEdit_dstNode")->text(), QStringLiteral(u"SW(节点id:1)"));
     }
 
     void unnamedNodeShowsOnlyTheBracket()
     {
         LinkedPair pair;
         pair.link->srcNode.clear();
-        QCOMPARE(edit(pair.openLink(), "lineEdit_srcNode")->text(), QStringLiteral(u"(节点id:0)"));
+        QCOMPARE(lineEdit(pair.openLink(), "lineEdit_srcNode")->text(),
+                 QStringLiteral(u"(节点id:0)"));
     }
 
     void confirmedLinkKeepsWhatWasTypedAndItsNodes()
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
-        QVERIFY(edit(dialog, "lineEdit_srcNode")->isReadOnly());
-        QVERIFY(edit(dialog, "lineEdit_dstNode")->isReadOnly());
-        type(dialog, "lineEdit_vLineName", "L1");
-        type(dialog, "lineEdit_srcPort", "1");
-        type(dialog, "lineEdit_dstPort", "seven");
-        type(dialog, "lineEdit_bandWidth", "1000");
+        QVERIFY(lineEdit(dialog, "lineEdit_srcNode")->isReadOnly());
+        QVERIFY(lineEdit(dialog, "lineEdit_dstNode")->isReadOnly());
+        typeText(dialog, "lineEdit_vLineName", "L1");
+        typeText(dialog, "lineEdit_srcPort", "1");
+        typeText(dialog, "lineEdit_dstPort", "seven");
+        typeText(dialog, "lineEdit_bandWidth", "1000");
         clickButton(dialog, "confirmButton");
         QCOMPARE(pair.link->lineName, QStringLiteral("L1"));
         QCOMPARE(pair.link->srcPort, QStringLiteral("1"));
@@ -146,7 +132,7 @@ private slots:
         EditItemWindow* dialog = pair.openNode(pair.b);
         pair.remove(pair.a);
         QCOMPARE(pair.b->nodeId, QStringLiteral("0"));
-        QCOMPARE(edit(dialog, "lineEdit_nodeId")->text(), QStringLiteral("1"));
+        QCOMPARE(lineEdit(dialog, "lineEdit_nodeId")->text(), QStringLiteral("1"));
         clickButton(dialog, "confirmButton");
         QCOMPARE(pair.b->nodeId, QStringLiteral("1"));
         pair.editor.scene()->renumberNodes();
@@ -163,7 +149,7 @@ private slots:
         for (const auto& leave : ways) {
             QPointer<EditItemWindow> dialog = pair.openNode(pair.a);
             QSignalSpy closed(dialog.data(), &EditItemWindow::windowClosed);
-            type(dialog, "lineEdit_nodeName", "other");
+            typeText(dialog, "lineEdit_nodeName", "other");
             leave(dialog);
             QCOMPARE(closed.size(), 1);
             QVERIFY(!pair.editor.nodeDialog());
@@ -176,10 +162,10 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
-        type(dialog, "lineEdit_srcPort", "9");
+        typeText(dialog, "lineEdit_srcPort", "9");
         clickButton(dialog, "cancelButton");
         QVERIFY(pair.link->srcPort.isNull());
-        QVERIFY(edit(pair.openLink(), "lineEdit_srcPort")->text().isEmpty());
+        QVERIFY(lineEdit(pair.openLink(), "lineEdit_srcPort")->text().isEmpty());
     }
 
     void formsStandAsDesigned()
@@ -215,7 +201,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
-        type(dialog, "lineEdit_nodeName", "ghost");
+        typeText(dialog, "lineEdit_nodeName", "ghost");
         pair.remove(pair.a);
         clickButton(dialog, "confirmButton");
         QVERIFY(!pair.editor.nodeDialog());
@@ -226,7 +212,7 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
-        type(dialog, "lineEdit_srcPort", "5");
+        typeText(dialog, "lineEdit_srcPort", "5");
         pair.remove(pair.b); // which takes the link along
         QVERIFY(pair.editor.links().isEmpty());
         clickButton(dialog, "confirmButton");
@@ -234,7 +220,7 @@ private slots:
         pair.b = pair.editor.insertNode(DiagramItem::Switch, QPointF(500, 200), "B");
         pair.link = pair.editor.drawLink(pair.a, pair.b);
         pair.openLink();
-        QVERIFY(edit(dialog, "lineEdit_srcPort")->text().isEmpty());
+        QVERIFY(lineEdit(dialog, "lineEdit_srcPort")->text().isEmpty());
     }
 
     void clearedSceneLeavesDialogsWithoutRecords()

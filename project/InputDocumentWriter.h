@@ -1,0 +1,30 @@
+#pragma once
+
+#include "traffic/FlowInfo.h"
+#include "traffic/VLineInfo.h"
+
+#include <tinyxml2.h>
+
+class Arrow;
+class DiagramItem;
+
+// Writes the drawn model as the input document of the planner. Texts go in as the user typed them:
+// what does not fit is the planner's to reject.
+
+/// Each appends one element to the one given; all elements belong to the document.
+void appendHost(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* hosts, const DiagramItem& node);
+void appendSwitch(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* switches,
+                  const DiagramItem& node);
+void appendLink(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* links, const Arrow& arrow);
+void appendVirtualLink(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* virtuallinks,
+                       const VLineInfo& vLine);
+void appendFlow(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* flows, const FlowInfo& flow);
+
+/// Appends an empty element and returns it.
+tinyxml2::XMLElement* appendElement(tinyxml2::XMLDocument& doc, tinyxml2::XMLNode* parent,
+                                    const char* name);
+
+/// Saves to ResourceXML/vek_input.xml under the current directory, making the folder.
+///
+/// An earlier file is replaced. A file that cannot be saved goes unnoticed.
+void saveInputDocument(tinyxml2::XMLDocument& doc);

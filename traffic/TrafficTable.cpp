@@ -1,0 +1,91 @@
+#include "traffic/TrafficTable.h"
+
+#include <QDebug>
+#include <QDockWidget>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableWidget>
+
+static constexpr int rowHeight = 25;
+
+QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& widths)
+{
+    auto* table = new QTableWidget;
+    table->setRowCount(0);
+    table->setColumnCount(headers.size());
+    for (int column = 0; column < widths.size(); ++column)
+        table->setColumnWidth(column, widths.at(column));
+    table->setHorizontalHeaderLabels(headers);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setAlternatingRowColors(true);
+    table->verticalHeader()->setVisible(false);
+    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    return table;
+}
+
+QDockWidget* createTrafficDock(const QString& title, const QString& objectName, QTableWidget* table,
+                               QWidget* parent, TrafficDockButtons& buttons)
+{
+    auto* dock = new QDockWidget(title, parent);
+    dock->setVisible(true);
+    dock->setObjectName(objectName);
+    auto* content = new QWidget(dock);
+    auto* layout = new QGridLayout(content);
+    auto* row = new QHBoxLayout;
+    buttons.add = new QPushButton(QStringLiteral(u"添加"));
+    buttons.remove = new QPushButton(QStringLiteral(u"删除"));
+    row->addWidget(buttons.add);
+    row->addWidget(buttons.remove);
+    row->addStretch();
+    layout->addLayout(row, 0, 0);
+    layout->addWidget(table, 1, 0);
+    dock->setWidget(content);
+    return dock;
+}
+
+static QTableWidgetItem* centredItem(const QString& text)
+{
+    auto* item = new QTableWidgetItem(text);
+    item->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    return item;
+}
+
+static void numberRow(QTableWidget* table, int row)
+{
+    QTableWidgetItem* item = centredItem(QString::number(row + 1));
+    item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+    table->setItem(row, 0, item);
+}
+
+int appendTrafficRow(QTableWidget* table, const QStringList& texts)
+{
+    const int row = table->rowCount();
+    table->insertRow(row);
+    numberRow(table, row);
+    for (int i = 0; i < texts.size(); ++i)
+        table->setItem(row, i + 1, centredItem(texts.at(i)));
+    return row;
+}
+
+void deleteSelectedRows(QTableWidget* table, const std::function<void(int)>& removeElement)
+{
+    const QList<QTableWidgetSelectionRange> ranges = table->selectedRanges();
+    if (ranges.isEmpty())
+        qDebug() << "请选择一行";
+    for (const QTableWidgetSelectionRange& range : ranges) {
+        for (int i = 0; i < range.rowCount() && range.topRow() < table->rowCount(); ++i) {
+            removeElement(range.topRow());
+            table->removeRow(range.topRow());
+        }
+        for (int row = range.topRow(); row < table->rowCount(); ++row)
+            numberRow(table, row);
+    }
+}
+
+void clearTrafficTable(QTableWidget* table)
+{
+    while (table->rowCount() > 0)
+        table->removeRow(0);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStringList>
+
+#include <functional>
+
+class QDockWidget;
+class QPushButton;
+class QTableWidget;
+class QWidget;
+
+// What the tables of virtual links and of flows share.
+
+/// An empty table that nobody edits; one width (pixels) and one header a column.
+QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& widths);
+
+/// The two buttons of a table's dock.
+struct TrafficDockButtons {
+    QPushButton* add = nullptr;
+    QPushButton* remove = nullptr;
+};
+
+/// A visible dock that takes the table, below its two buttons "添加" and "删除".
+QDockWidget* createTrafficDock(const QString& title, const QString& objectName, QTableWidget* table,
+                               QWidget* parent, TrafficDockButtons& buttons);
+
+/// Appends a row: its number from 1, then the texts, all centred. Returns its index.
+int appendTrafficRow(QTableWidget* table, const QStringList& texts);
+
+/// Removes the selected ranges and numbers the rows anew; removeElement is called for each row
+/// index.
+///
+/// The ranges are taken once: those behind the first keep their indices although rows are gone by
+/// then. Without a selection only a debug line is written.
+void deleteSelectedRows(QTableWidget* table, const std::function<void(int)>& removeElement);
+
+/// Removes all rows.
+void clearTrafficTable(QTableWidget* table);

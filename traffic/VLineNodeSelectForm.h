@@ -1,0 +1,48 @@
+#pragma once
+
+#include "traffic/VLineInfo.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class TopologyWindow;
+
+namespace Ui
+{
+class VLineNodeSelectForm;
+}
+
+/// Offers the nodes that may come next on a data path.
+class VLineNodeSelectForm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Offers the neighbours of the current node in the order of its links, without the previous
+    /// one.
+    ///
+    /// Either node may be null; without a current node nothing is offered.
+    VLineNodeSelectForm(DiagramItem* previous, DiagramItem* current, QWidget* parent);
+    /// Offers all hosts of the drawing, lowest first.
+    VLineNodeSelectForm(TopologyWindow* topologyWindow, QWidget* parent);
+    ~VLineNodeSelectForm() override;
+
+public slots:
+    void reject() override;
+
+signals:
+    void windowClosed();
+    void sendItem(DiagramItem* currentItem);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    explicit VLineNodeSelectForm(QWidget* parent);
+    void offer(DiagramItem* node);
+    void confirm();
+
+    std::unique_ptr<Ui::VLineNodeSelectForm> ui;
+    VLineItems nodeList; ///< in the order of the combo box
+};

@@ -2,16 +2,20 @@
 
 #include "app/FlowScheduleForm.h"
 #include "app/MainWindow.h"
-#include "app/SplashWindow.h"
+#include "traffic/AddVLineForm.h"
+#include "traffic/FlowEditorForm.h"
+#include "traffic/VLineEditorForm.h"
+
+#include "tests/app/Studio.h"
 
 #include <QApplication>
 #include <QDebug>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
-#include <QToolBar>
 #include <QtTest>
 
 static constexpr int lookInterval_ms = 100;
@@ -35,13 +39,9 @@ static bool isShown()
     return visibleWindow<Window>() != nullptr;
 }
 
-static void clickToolBar(const QString& text)
+static QStringList pathOf(const char* names)
 {
-    auto* bar = visibleWindow<MainWindow>()->findChild<QToolBar*>(QStringLiteral("Toolbar"));
-    for (QAction* action : bar->actions()) {
-        if (action->text() == text)
-            QTest::mouseClick(bar->widgetForAction(action), Qt::LeftButton);
-    }
+    return QString::fromUtf8(names).split(QLatin1Char(' '));
 }
 
 template <typename Window>
@@ -66,20 +66,76 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
       m_pictures(pictures)
 {
     addStartStages();
+    addDrawingStages();
+    addDrawnRunStages();
     addRunStages(QStringLiteral("avionics-line/vek_input.xml"));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
-                        [] { visibleWindow<MainWindow>()->close(); }});
+                        [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
     m_timer.start(lookInterval_ms);
 }
 
+Tour::~Tour() = default;
+
 void Tour::addStartStages()
 {
-    m_stages.push_back({QStringLiteral("main-window"), &isShown<MainWindow>,
-                        [] { visibleWindow<MainWindow>()->resize(1280, 800); }});
-    m_stages.push_back({QStringLiteral("studio"),
-                        [] { return visibleWindow<MainWindow>()->width() == 1280; },
-                        [] { clickToolBar(QStringLiteral(u"调度规划")); }});
+    m_stages.push_back({QStringLiteral("main-window"), &isShown<MainWindow>, [this] {
+                            m_studio = std::make_unique<Studio>(*visibleWindow<MainWindow>());
+                            m_studio->window.resize(1280, 800);
+                        }});
+}
+
+// Draws, names and fills a small network, then its virtual links and flows, dialog by dialog.
+void Tour::addDrawingStages()
+{
+    m_stages.push_back({QStringLiteral("empty-canvas"),
+                        [this] { return m_studio->window.width() == 1280; },
+                        [this] {
+                            m_studio->editor.view()->centerOn(420, 330);
+                            m_studio->drawSmallNetwork();
+                            m_studio->editor.scene()->clearSelection();
+                        }});
+    m_stages.push_back({QStringLiteral("network"),
+                        [this] { return m_studio->editor.links().size() == 4; },
+                        [this] {
+                            VLineEditorForm* form = m_studio->openVLineEditor();
+                            m_studio->addPath(form, pathOf("A S1 S2 B"));
+                            m_studio->openPath(form);
+                        }});
+    m_stages.push_back({QStringLiteral("virtual-link-dialogs"), &isShown<AddVLineForm>, [this] {
+                            m_studio->probe.vLineEditorForm()->close();
+                            m_studio->defineVLine("1", {pathOf("A S1 S2 B"), pathOf("A S1 S2 C")});
+                            m_studio->defineVLine("2", {pathOf("C S2 B")});
+                        }});
+    m_stages.push_back({QStringLiteral("virtual-links"),
+                        [this] { return m_studio->probe.vLineInfoList().size() == 2; },
+                        [this] { m_studio->openFlowEditor(); }});
+    m_stages.push_back({QStringLiteral("flow-dialog"), &isShown<FlowEditorForm>, [this] {
+                            m_studio->probe.flowEditorForm()->close();
+                            const QList<QStringList> both{pathOf("400 4000"), pathOf("600 4000")};
+                            m_studio->defineFlow("TT", "1", "5000", "1", pathOf("0 2000"), both);
+                            m_studio->defineFlow("TT", "2", "10000", "1", pathOf("0 2000"), both);
+                            m_studio->defineFlow("TT", "3", "10000", "2", pathOf("0 1000"),
+                                                 {pathOf("200 3000")});
+                        }});
+}
+
+void Tour::addDrawnRunStages()
+{
+    m_stages.push_back({QStringLiteral("flows"),
+                        [this] { return m_studio->probe.flowInfoList().size() == 3; },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    m_stages.push_back({QStringLiteral("schedule-dialog"), &isShown<FlowScheduleForm>,
+                        [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
+    addOutcomeStage(QStringLiteral("drawn-network-planned"));
+    m_stages.push_back(
+        {QStringLiteral("after-the-run"),
+         [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+         [this] {
+             QDir().rename(QStringLiteral("ResourceXML"), QStringLiteral("drawn-ResourceXML"));
+             QDir().rename(QStringLiteral("OutputXML"), QStringLiteral("drawn-OutputXML"));
+             m_studio->clickToolBar(QStringLiteral(u"调度规划"));
+         }});
 }
 
 void Tour::addRunStages(const QString& document)
@@ -89,7 +145,12 @@ void Tour::addRunStages(const QString& document)
     m_stages.push_back({QStringLiteral("choose-document"), &isShown<QFileDialog>, [this, document] {
                             chooseFile(m_examples + QLatin1Char('/') + document);
                         }});
-    m_stages.push_back({QStringLiteral("outcome"), &isShown<QMessageBox>, [] {
+    addOutcomeStage(QStringLiteral("example-planned"));
+}
+
+void Tour::addOutcomeStage(const QString& name)
+{
+    m_stages.push_back({name, &isShown<QMessageBox>, [] {
                             auto* box = visibleWindow<QMessageBox>();
                             qInfo().noquote() << "tour:" << box->windowTitle() << box->text();
                             QTest::mouseClick(box->buttons().first(), Qt::LeftButton);

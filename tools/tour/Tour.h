@@ -6,8 +6,9 @@
 
 #include <functional>
 #include <list>
+#include <memory>
 
-class QWidget;
+class Studio;
 
 /// A guided run through the studio: waits for each stage, acts like a user, keeps a picture.
 ///
@@ -20,6 +21,7 @@ class Tour : public QObject
 public:
     /// Reads the examples from one folder; writes numbered pictures to the other, which must exist.
     Tour(const QString& examples, const QString& pictures, QObject* parent);
+    ~Tour() override;
 
     /// Whether all stages were done.
     bool complete() const { return m_stages.empty(); }
@@ -32,11 +34,15 @@ private:
     };
 
     void addStartStages();
+    void addDrawingStages();
+    void addDrawnRunStages();
     void addRunStages(const QString& document);
+    void addOutcomeStage(const QString& name);
     void look();
     void takePicture(const QString& name);
 
     QTimer m_timer;
+    std::unique_ptr<Studio> m_studio; ///< from the moment the main window is there
     std::list<Stage> m_stages;
     QString m_examples;
     QString m_pictures;

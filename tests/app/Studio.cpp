@@ -69,7 +69,7 @@ void Studio::drawSmallNetwork()
 {
     DiagramItem* a = drawNode(DiagramItem::Endpoint, QPointF(100, 150), "A");
     DiagramItem* b = drawNode(DiagramItem::Endpoint, QPointF(700, 150), "B");
-    DiagramItem* c = drawNode(DiagramItem::Endpoint, QPointF(640, 400), "C");
+    DiagramItem* c = drawNode(DiagramItem::Endpoint, QPointF(660, 310), "C");
     DiagramItem* s1 = drawNode(DiagramItem::Switch, QPointF(300, 150), "S1");
     DiagramItem* s2 = drawNode(DiagramItem::Switch, QPointF(500, 150), "S2");
     drawLink(a, 0, s1, 0);

@@ -37,9 +37,8 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
     mainStatusBar = createStatusBar(versions);
     setStatusBar(mainStatusBar);
     setWindowTitle(tr("Rotunda") + QStringLiteral(" - www.rotunda.example"));
-    // Virtual links refer to nodes of the drawing, which go without telling them.
     connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            [this](const DiagramItem* node) { forgetNode(vLineInfoList, node); });
+            &MainWindow::forgetGoneNode);
     restoreWindow();
 }
 

@@ -129,6 +129,7 @@ private:
     void addVLineDock();
     void addFlowDock();
     void addTrafficDock(QDockWidget* dock);
+    void forgetGoneNode(const DiagramItem* node);
     void showStatus(const QString& text);
     int runStages();
     void loadSchedule();

@@ -130,6 +130,18 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     vLineTable->setItem(row, 3, hops);
 }
 
+// Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
+void MainWindow::forgetGoneNode(const DiagramItem* node)
+{
+    forgetNode(vLineInfoList, node);
+    for (int row = 0; row < vLineInfoList.size(); ++row) {
+        auto* paths = qobject_cast<QComboBox*>(vLineTable->cellWidget(row, 2));
+        const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
+        for (int i = 0; paths && i < items.size(); ++i)
+            paths->setItemText(i, pathSummary(items.at(i)));
+    }
+}
+
 void MainWindow::delVLineEditorTableItem()
 {
     deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });

@@ -380,12 +380,15 @@ private slots:
         QMetaObject::invokeMethod(&studio.editor.window, "deleteItem");
         QCOMPARE(studio.probe.vLineInfoList().first().vLinePaths.first().size(), 4);
         QCOMPARE(studio.probe.vLineInfoList().first().vLinePaths.first().at(2), nullptr);
+        auto* shown = qobject_cast<QComboBox*>(studio.probe.vLineTable()->cellWidget(0, 2));
+        QCOMPARE(shown->itemText(0), QStringLiteral(u"{发送端:A, 接收端:B, 跳数:2}"));
         clickButton(choice, "confirmButton");
         QCOMPARE(lineEdit(pathForm, "lineEdit_vLineInfo")->text(), QStringLiteral("{A->S1}"));
         clickButton(pathForm, "confirmButton");
         QCOMPARE(entries(comboBox(form, "comboBox_VLineInfo")).first(),
                  QStringLiteral("{A->S1->->C}"));
         studio.editor.scene()->clear();
+        QCOMPARE(shown->itemText(0), QStringLiteral(u"{发送端:, 接收端:, 跳数:2}"));
         AddVLineForm* blind = studio.openPath(form);
         studio.openNodeChoice(blind);
         clickButton(blind, "confirmButton");

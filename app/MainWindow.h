@@ -23,6 +23,7 @@ class XMLElement;
 class Arrow;
 class DiagramItem;
 class FlowEditorForm;
+class FlowListWindow;
 class FlowScheduleForm;
 class QAction;
 class QDockWidget;
@@ -32,6 +33,7 @@ class QStatusBar;
 class QTableWidget;
 class QToolBar;
 class ShowVLineInfoForm;
+class TimeSlotInfo;
 class TopologyWindow;
 class VLineEditorForm;
 
@@ -117,10 +119,21 @@ private slots:
 private:
     friend struct MainWindowProbe;
 
+    /// The widgets and the schedule of the table that is chosen in the plan result dock.
+    struct PlanView {
+        QListWidget* nodes;
+        TimeSlotInfo* table;
+        FlowListWindow* flows;
+        const NodeInfo_Xml& schedule;
+        int mode;
+    };
+
     QToolBar* createToolBar();
     QMenuBar* createMenuBar();
     QStatusBar* createStatusBar(const QMap<QString, QString>& versions);
     void restoreWindow();
+    QDockWidget* createPlanInfoDock();
+    PlanView currentPlanView();
     void fillNodeList(QListWidget* list, NodeInfo_Xml nodeInfo);
     QDockWidget* createVLineDock();
     QTableWidget* createVLineTable();

@@ -1,7 +1,19 @@
 #include "app/MainWindow.h"
 
+#include "app/DockToggle.h"
+
 #include "project/NodeList.h"
 #include "project/ScheduleReader.h"
+#include "views/FlowListWindow.h"
+#include "views/PlanInfoWindow.h"
+#include "views/TimeSlotInfo.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QListWidget>
+#include <QStackedWidget>
 
 // The loaded schedule and the dock that shows it.
 
@@ -27,14 +39,98 @@ void MainWindow::fillNodeList(QListWidget* list, NodeInfo_Xml nodeInfo)
     appendNodes(*list, nodeInfo, nodeNames);
 }
 
-void MainWindow::planInfo() {}
+// ---- The dock. Its widgets are found by name each time, so their names are an interface.
 
-void MainWindow::changeStackedWidgetPage(int) {}
+QDockWidget* MainWindow::createPlanInfoDock()
+{
+    auto* dock = new QDockWidget(QStringLiteral(u"规划结果"), this);
+    dock->setVisible(true);
+    auto* content = new PlanInfoWindow(this);
+    dock->setWidget(content);
+    connect(content->importAction, &QAction::triggered, this, &MainWindow::showImportForm);
+    connect(content->exportAction, &QAction::triggered, this, &MainWindow::showOutportForm);
+    connect(content->tableType, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &MainWindow::changeStackedWidgetPage);
+    connect(content->nodeList, &QListWidget::itemSelectionChanged, this,
+            &MainWindow::updatePlanInfo);
+    for (TimeSlotInfo* table : {content->sendTable, content->receiveTable})
+        connect(table, &QTableWidget::itemSelectionChanged, this, &MainWindow::updateFlowList);
+    return dock;
+}
 
-void MainWindow::updatePlanInfo() {}
+void MainWindow::planInfo()
+{
+    if (planInfoDock) {
+        toggleDock(planInfoDock);
+        return;
+    }
+    planInfoDock = createPlanInfoDock();
+    updateNodeInfo();
+    addDockWidget(Qt::BottomDockWidgetArea, planInfoDock);
+}
 
-void MainWindow::updateFlowList() {}
+void MainWindow::changeStackedWidgetPage(int index)
+{
+    planInfoDock->findChild<QStackedWidget*>(QStringLiteral("stackedWidget"))
+        ->setCurrentIndex(index);
+    updateNodeInfo();
+}
 
-void MainWindow::updateNodeInfo() {}
+MainWindow::PlanView MainWindow::currentPlanView()
+{
+    const auto* type = planInfoDock->findChild<QComboBox*>(QStringLiteral("comboboxFlowTableType"));
+    const bool receives = type->currentText() == QStringLiteral(u"接收控制表");
+    const QString suffix = receives ? QStringLiteral("rcv") : QStringLiteral("send");
+    return {planInfoDock->findChild<QListWidget*>(QStringLiteral("nodeInfoWidget")),
+            planInfoDock->findChild<TimeSlotInfo*>(QStringLiteral("timeSlotInfo_") + suffix),
+            planInfoDock->findChild<FlowListWindow*>(QStringLiteral("flowListWindow_") + suffix),
+            receives ? rcvNodeInfo : sendNodeInfo,
+            receives ? FlowListWindow::Receive : FlowListWindow::Send};
+}
 
-void MainWindow::updateInfoBarText() {}
+void MainWindow::updateInfoBarText()
+{
+    auto* cycle = planInfoDock->findChild<QLabel*>(QStringLiteral("schedCycleLabel"));
+    auto* slotLength = planInfoDock->findChild<QLabel*>(QStringLiteral("slotLenLabel"));
+    if (!cycle || !slotLength)
+        return;
+    cycle->setText(QStringLiteral(u"循环周期:%1us  ").arg(schedCycle));
+    slotLength->setText(QStringLiteral(u"时隙长度:%1us").arg(slotLen));
+}
+
+void MainWindow::updateNodeInfo()
+{
+    updateInfoBarText();
+    const PlanView view = currentPlanView();
+    view.nodes->clear();
+    view.table->clear();
+    view.table->setRowCount(0);
+    view.flows->clearFlowList();
+    fillNodeList(view.nodes, view.schedule);
+}
+
+void MainWindow::updatePlanInfo()
+{
+    const PlanView view = currentPlanView();
+    const QList<QListWidgetItem*> selected = view.nodes->selectedItems();
+    if (!selected.isEmpty()) {
+        const int nodeID = selected.first()->data(Qt::UserRole).toInt();
+        view.table->showPorts(view.schedule.value(nodeID), slotCount);
+    }
+    view.flows->clearFlowList();
+    if (QTableWidgetItem* firstPort = view.table->item(0, 0))
+        view.table->setCurrentItem(firstPort);
+}
+
+void MainWindow::updateFlowList()
+{
+    const PlanView view = currentPlanView();
+    view.flows->clearFlowList();
+    const QTableWidgetItem* port = view.table->item(view.table->currentRow(), 0);
+    const QList<QListWidgetItem*> selected = view.nodes->selectedItems();
+    if (!port || selected.isEmpty())
+        return;
+    const int portNumber = port->text().remove(QStringLiteral(u"端口")).toInt();
+    const int nodeID = selected.first()->data(Qt::UserRole).toInt();
+    view.flows->fillFlowList(view.schedule, nodeID, portNumber, view.mode);
+}

@@ -23,6 +23,7 @@ struct MainWindowProbe {
 
     TopologyWindow* topologyWindow() const { return window.topologyWindow; }
     QDockWidget* vLineDock() const { return window.vLineDock; }
+    QDockWidget* planInfoDock() const { return window.planInfoDock; }
     QDockWidget* flowDock() const { return window.flowDock; }
     QTableWidget* vLineTable() const { return window.vLineTable; }
     QTableWidget* flowTable() const { return window.flowTable; }

@@ -1,11 +1,24 @@
 #include "tests/topology/Editor.h"
 
+#include "topology/EditItemWindow.h"
+#include "topology/EditLineWindow.h"
+
 #include <QButtonGroup>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QTimer>
 #include <QtTest>
+
+const DiagramItem* PropertyDialogProbe::record(const EditItemWindow& dialog)
+{
+    return dialog.item;
+}
+
+const Arrow* PropertyDialogProbe::record(const EditLineWindow& dialog)
+{
+    return dialog.arrow;
+}
 
 Editor::Editor() : m_own(std::make_unique<TopologyWindow>()), window(*m_own)
 {

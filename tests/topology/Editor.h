@@ -41,6 +41,12 @@ struct TopologyWindowProbe {
     static QAction* boldAction(TopologyWindow& window) { return window.boldAction; }
 };
 
+/// Opens which record a property dialog holds, for tests; null once the record is gone.
+struct PropertyDialogProbe {
+    static const DiagramItem* record(const EditItemWindow& dialog);
+    static const Arrow* record(const EditLineWindow& dialog);
+};
+
 /// The drawing tool in a window of its own, worked with mouse and keys as a user does.
 ///
 /// Positions are scene coordinates between (50, 50) and (700, 500), which are in view.

@@ -2,6 +2,21 @@
 
 #include "topology/NodeItemsByName.h"
 
+#include <algorithm>
+
+static QString findFaultInDialogs(Editor& editor, const QList<DiagramItem*>& nodes,
+                                  const QList<Arrow*>& links)
+{
+    const auto stands = [](const auto& items, const auto* record) {
+        return !record || std::find(items.begin(), items.end(), record) != items.end();
+    };
+    if (editor.nodeDialog() && !stands(nodes, PropertyDialogProbe::record(*editor.nodeDialog())))
+        return QStringLiteral("the node dialog holds a node outside the scene");
+    if (editor.linkDialog() && !stands(links, PropertyDialogProbe::record(*editor.linkDialog())))
+        return QStringLiteral("the link dialog holds a link outside the scene");
+    return QString();
+}
+
 QString findFault(Editor& editor)
 {
     const QList<DiagramItem*> nodes = editor.nodes();
@@ -30,5 +45,5 @@ QString findFault(Editor& editor)
         if (node && !nodes.contains(node))
             return QStringLiteral("a name leads to a node outside the scene");
     }
-    return QString();
+    return findFaultInDialogs(editor, nodes, links);
 }

@@ -229,5 +229,5 @@ private:
     int m_named = 0;
 };
 
-/// What is wrong with the drawing; empty when ids, links and names are whole.
+/// What is wrong with the drawing; empty when ids, links, names and open dialogs are whole.
 QString findFault(Editor& editor);

@@ -1,0 +1,240 @@
+#include "views/FlowColorTable.h"
+#include "views/FlowListWindow.h"
+#include "views/ItemDelegate.h"
+#include "views/TimeSlotInfo.h"
+
+#include "tests/app/Studio.h"
+#include "tests/support/DialogAnswers.h"
+#include "tests/support/DialogClicks.h"
+#include "tests/support/Documents.h"
+#include "tests/support/GuiTestMain.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include "app/FlowScheduleForm.h"
+
+#include <QDockWidget>
+#include <QLabel>
+#include <QListView>
+#include <QListWidget>
+#include <QStackedWidget>
+
+// The plan result dock: run, node, port, cards, by real clicks.
+
+/// A studio that plans an example, with shorthand for the dock's widgets.
+struct PlannedStudio : Studio {
+    TemporaryFolder folder;
+    LogCapture log;
+
+    void plan(const char* example)
+    {
+        DialogAnswers answers;
+        answers.expectFile(QStringLiteral(ROTUNDA_SOURCE_FOLDER "/examples/%1/vek_input.xml")
+                               .arg(QString::fromUtf8(example)));
+        answers.expectMessageBox();
+        clickToolBar(QStringLiteral(u"调度规划"));
+        clickButton(probe.flowScheduleForm(), "PlanByUserInputButton");
+    }
+
+    void clickPlanInfo() { clickToolBar(QStringLiteral(u"规划结果")); }
+
+    template <typename Widget>
+    Widget* part(const char* name)
+    {
+        return probe.planInfoDock()->findChild<Widget*>(QString::fromUtf8(name));
+    }
+
+    QListWidget* nodes() { return part<QListWidget>("nodeInfoWidget"); }
+    TimeSlotInfo* sendTable() { return part<TimeSlotInfo>("timeSlotInfo_send"); }
+    TimeSlotInfo* rcvTable() { return part<TimeSlotInfo>("timeSlotInfo_rcv"); }
+
+    QAbstractItemModel* cards(const char* list)
+    {
+        return part<FlowListWindow>(list)->findChild<QListView*>()->model();
+    }
+
+    void chooseTable(int index)
+    {
+        part<QComboBox>("comboboxFlowTableType")->setCurrentIndex(index);
+    }
+
+    void clickNode(const QString& name)
+    {
+        QListWidgetItem* item = nodes()->findItems(name, Qt::MatchExactly).first();
+        nodes()->scrollToItem(item);
+        QTest::mouseClick(nodes()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          nodes()->visualItemRect(item).center());
+    }
+
+    static void clickPort(TimeSlotInfo* table, int row)
+    {
+        QTableWidgetItem* item = table->item(row, 0);
+        table->scrollToItem(item);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          table->visualItemRect(item).center());
+    }
+};
+
+static int usedCells(const TimeSlotInfo* table)
+{
+    int used = 0;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        for (int column = 1; column < table->columnCount(); ++column)
+            used += table->cellWidget(row, column) != nullptr;
+    }
+    return used;
+}
+
+static int slotsOf(const QMap<int, QMap<int, qint64>>& flows)
+{
+    int count = 0;
+    for (const auto& slotSet : flows)
+        count += slotSet.size();
+    return count;
+}
+
+class PlanInfoTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dockOpensEmptyWithoutAnyResult()
+    {
+        PlannedStudio studio;
+        studio.clickPlanInfo();
+        QDockWidget* dock = studio.probe.planInfoDock();
+        QVERIFY(dock->isVisible());
+        QCOMPARE(dock->windowTitle(), QStringLiteral(u"规划结果"));
+        QVERIFY(dock->objectName().isEmpty());
+        QCOMPARE(studio.nodes()->count(), 0);
+        QCOMPARE(studio.sendTable()->rowCount(), 0);
+        QCOMPARE(studio.part<QLabel>("schedCycleLabel")->text(), QStringLiteral(u"循环周期:0us  "));
+        QCOMPARE(studio.part<QLabel>("slotLenLabel")->text(), QStringLiteral(u"时隙长度:0us"));
+        studio.chooseTable(1);
+        studio.clickPlanInfo();
+        QVERIFY(!dock->isVisible());
+        dock->setFloating(true);
+        studio.clickPlanInfo();
+        QVERIFY(dock->isVisible() && !dock->isFloating());
+    }
+
+    void runNodePortCards()
+    {
+        PlannedStudio studio;
+        studio.clickPlanInfo();
+        studio.plan("avionics-line");
+        QCOMPARE(studio.part<QLabel>("schedCycleLabel")->text(),
+                 QStringLiteral(u"循环周期:80000us  "));
+        QCOMPARE(studio.nodes()->currentRow(), 0);
+        QCOMPARE(studio.nodes()->count(), studio.probe.sendNodeInfo().size());
+        studio.clickNode(QStringLiteral("SW-A1"));
+        const int nodeID = studio.nodes()->currentItem()->data(Qt::UserRole).toInt();
+        const auto ports = studio.probe.sendNodeInfo().value(nodeID);
+        TimeSlotInfo* table = studio.sendTable();
+        QCOMPARE(table->rowCount(), ports.size());
+        QCOMPARE(table->columnCount(), 401);
+        QCOMPARE(table->currentRow(), 0);
+        const int lastRow = table->rowCount() - 1;
+        PlannedStudio::clickPort(table, lastRow);
+        const QAbstractItemModel* cards = studio.cards("flowListWindow_send");
+        QCOMPARE(cards->rowCount(), slotsOf(ports.last()));
+        const int flow = ports.last().firstKey();
+        const auto texts = cards->index(0, 0).data(Qt::UserRole + 1).value<ItemData>();
+        QCOMPARE(texts.caption, QStringLiteral(u"流id %1-0").arg(flow));
+        // Grid and card show the flow in the same colour.
+        const int slot = ports.last().first().firstKey();
+        QVERIFY(table->cellWidget(lastRow, slot + 1)
+                    ->styleSheet()
+                    .contains(cards->index(0, 0).data(Qt::UserRole).value<QColor>().name()));
+    }
+
+    void choosingTheOtherTableShowsItsFirstNode()
+    {
+        PlannedStudio studio;
+        studio.plan("avionics-line");
+        studio.clickPlanInfo();
+        studio.clickNode(QStringLiteral("SW-B2"));
+        studio.chooseTable(1);
+        QCOMPARE(studio.part<QStackedWidget>("stackedWidget")->currentIndex(), 1);
+        QCOMPARE(studio.nodes()->currentRow(), 0);
+        QCOMPARE(studio.nodes()->count(), studio.probe.rcvNodeInfo().size());
+        const int nodeID = studio.nodes()->currentItem()->data(Qt::UserRole).toInt();
+        QCOMPARE(nodeID, studio.probe.rcvNodeInfo().firstKey());
+        QCOMPARE(studio.rcvTable()->rowCount(), studio.probe.rcvNodeInfo().first().size());
+        const QAbstractItemModel* cards = studio.cards("flowListWindow_rcv");
+        QCOMPARE(cards->rowCount(), slotsOf(studio.probe.rcvNodeInfo().first().first()));
+        QVERIFY(cards->index(0, 0)
+                    .data(Qt::UserRole + 1)
+                    .value<ItemData>()
+                    .slotText.startsWith(QStringLiteral(u"接收时隙编号: ")));
+    }
+
+    void receiverStandsInTheReceiveListOnly()
+    {
+        PlannedStudio studio;
+        studio.plan("industrial-tree");
+        studio.clickPlanInfo();
+        const QString panel = QStringLiteral("HMI");
+        QVERIFY(studio.nodes()->findItems(panel, Qt::MatchExactly).isEmpty());
+        studio.chooseTable(1);
+        studio.clickNode(panel);
+        QCOMPARE(studio.rcvTable()->rowCount(), 1);
+        QCOMPARE(usedCells(studio.rcvTable()), 48);
+    }
+
+    void newRunNeverMixesWithTheOldOne()
+    {
+        PlannedStudio studio;
+        studio.plan("avionics-line");
+        studio.clickPlanInfo();
+        studio.clickNode(QStringLiteral("SW-B2"));
+        studio.plan("ring");
+        QCOMPARE(studio.nodes()->count(), studio.probe.sendNodeInfo().size());
+        QVERIFY(studio.nodes()->findItems(QStringLiteral("SW-B2"), Qt::MatchExactly).isEmpty());
+        QCOMPARE(studio.sendTable()->columnCount(), 101);
+        QCOMPARE(studio.sendTable()->rowCount(), studio.probe.sendNodeInfo().first().size());
+        studio.plan("fails-resolution"); // the old result stays as it is
+        QCOMPARE(studio.sendTable()->columnCount(), 101);
+    }
+
+    void slotsBeyondTheCycleHaveCardsButNoCells()
+    {
+        PlannedStudio studio;
+        studio.plan("industrial-tree");
+        QMetaObject::invokeMethod(&studio.window, "parse_vek_output");
+        QByteArray document = readFile(QStringLiteral("OutputXML/vek_output.xml"));
+        document.replace("<schedCycle>128000<", "<schedCycle>2000<");
+        writeFile(QStringLiteral("OutputXML/vek_output.xml"), document);
+        QMetaObject::invokeMethod(&studio.window, "parse_vek_output");
+        studio.clickPlanInfo();
+        studio.clickNode(QStringLiteral("PLC1"));
+        QCOMPARE(studio.sendTable()->columnCount(), 11);
+        QVERIFY(studio.cards("flowListWindow_send")->rowCount() > 10);
+    }
+
+    void everySlotOfEveryPortHasItsCell()
+    {
+        PlannedStudio studio;
+        studio.plan("ring");
+        studio.clickPlanInfo();
+        for (int row = 0; row < studio.nodes()->count(); ++row) {
+            studio.nodes()->setCurrentRow(row);
+            const int nodeID = studio.nodes()->item(row)->data(Qt::UserRole).toInt();
+            int expected = 0;
+            for (const auto& flows : studio.probe.sendNodeInfo().value(nodeID)) {
+                QSet<int> used;
+                for (const auto& slotSet : flows) {
+                    for (int slot : slotSet.keys()) {
+                        if (slot < studio.probe.slotCount())
+                            used.insert(slot);
+                    }
+                }
+                expected += used.size();
+            }
+            QCOMPARE(usedCells(studio.sendTable()), expected);
+        }
+    }
+};
+
+ROTUNDA_GUI_TEST_MAIN(PlanInfoTest)
+#include "PlanInfoTest.moc"

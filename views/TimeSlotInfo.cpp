@@ -1,0 +1,78 @@
+#include "views/TimeSlotInfo.h"
+
+#include "views/FlowColorTable.h"
+
+#include <QHeaderView>
+#include <QProgressBar>
+
+TimeSlotInfo::TimeSlotInfo(QWidget* parent)
+    : QTableWidget(parent),
+      backgroundColor(Qt::white),
+      textColor(10, 10, 10)
+{
+    clear();
+}
+
+void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
+{
+    const int slotColumns = qBound(0, slotCount, mostSlots);
+    setColumnCount(slotColumns + 1);
+    setStyleSheet(QStringLiteral("QTableWidget::item{padding:0px;}"));
+    QStringList labels{QStringLiteral(u"端口号")};
+    labels.reserve(slotColumns + 1);
+    for (int slot = 0; slot < slotColumns; ++slot)
+        labels.append(QStringLiteral(u"时隙%1").arg(slot));
+    setHorizontalHeaderLabels(labels);
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    verticalHeader()->setVisible(false);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    for (auto port = ports.cbegin(); port != ports.cend(); ++port) {
+        const int row = rowCount();
+        insertRow(row);
+        auto* item = new QTableWidgetItem(QStringLiteral(u"端口%1").arg(port.key()));
+        item->setTextAlignment(Qt::AlignCenter);
+        setItem(row, 0, item);
+    }
+}
+
+void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
+{
+    if (slot < 0 || slot >= columnCount() - 1 || row < 0 || row >= rowCount())
+        return;
+    auto* bar = new QProgressBar;
+    bar->setRange(0, 100);
+    bar->setValue(25);
+    bar->setTextVisible(false);
+    const QString shape =
+        QStringLiteral("QProgressBar{background:%1;border-width:0px;border-radius:0px;"
+                       "text-align:center;}QProgressBar::chunk{border-radius:0px;}")
+            .arg(backgroundColor.name());
+    const QString colors =
+        QStringLiteral("QProgressBar{color:%1;}QProgressBar::chunk{background:%2;}")
+            .arg(textColor.name(), flowColor(flowID).name());
+    bar->setStyleSheet(shape + colors);
+    setCellWidget(row, slot + 1, bar);
+}
+
+// Cells are set while nothing is shown, so that no cell is laid out or painted on its own.
+void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
+{
+    const bool wasHidden = isHidden();
+    setUpdatesEnabled(false);
+    hide();
+    clear();
+    setRowCount(0);
+    setupSlotTable(ports, slotCount);
+    int row = 0;
+    for (const auto& flows : ports) {
+        for (auto flow = flows.cbegin(); flow != flows.cend(); ++flow) {
+            for (auto slot = flow->cbegin(); slot != flow->cend(); ++slot)
+                setSlotCell(row, slot.key(), flow.key());
+        }
+        ++row;
+    }
+    setVisible(!wasHidden);
+    setUpdatesEnabled(true);
+}

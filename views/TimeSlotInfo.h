@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QColor>
+#include <QMap>
+#include <QTableWidget>
+
+/// The ports of one node: port, flow id, then slots; as the schedule holds them below a node.
+using PortSchedule = QMap<int, QMap<int, QMap<int, qint64>>>;
+
+/// Grid of one node's schedule: a row a port, a column a slot, a coloured cell where a flow sends.
+class TimeSlotInfo : public QTableWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TimeSlotInfo(QWidget* parent);
+
+    /// Prepares headers and one row for each port, behind those that are there; no slot is
+    /// coloured.
+    ///
+    /// slotCount is the number of slots in the cycle; at most mostSlots get a column.
+    void setupSlotTable(const PortSchedule& ports, int slotCount);
+
+    /// Colours one cell; a slot without a column is passed over. The flow set last is shown.
+    void setSlotCell(int row, int slot, int flowID);
+
+    /// Prepares the grid and colours all slots of all ports, from empty; without repainting
+    /// between.
+    void showPorts(const PortSchedule& ports, int slotCount);
+
+    /// Columns beyond this number would take more memory than a view is worth.
+    static constexpr int mostSlots = 100000;
+
+private:
+    QColor backgroundColor; ///< the empty part of a cell
+    QColor textColor;
+};

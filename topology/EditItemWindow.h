@@ -39,6 +39,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    friend struct PropertyDialogProbe;
+
     void writeItem();
 
     std::unique_ptr<Ui::EditItemWindow> ui;

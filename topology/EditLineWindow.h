@@ -33,6 +33,8 @@ public slots:
     void confirmButtonClicked();
 
 private:
+    friend struct PropertyDialogProbe;
+
     std::unique_ptr<Ui::EditLineWindow> ui;
     Arrow* arrow = nullptr;
 };

@@ -24,9 +24,7 @@ Editor::Editor() : m_own(std::make_unique<TopologyWindow>()), window(*m_own)
 {
     window.resize(1100, 750);
     window.show();
-    window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window))
-        qFatal("the window does not become active");
+    activate();
     view()->centerOn(400, 300);
 }
 
@@ -70,8 +68,19 @@ void Editor::drag(const QPointF& from, const QPointF& to)
     release(to);
 }
 
+// A window counts as active already while a dialog of its own has the focus, but keys then do not
+// reach it; and a dialog shown just now takes the focus only when events are processed.
+void Editor::activate()
+{
+    QCoreApplication::processEvents();
+    window.activateWindow();
+    if (!QTest::qWaitFor([this] { return QApplication::activeWindow() == window.window(); }))
+        qFatal("the window does not become active");
+}
+
 void Editor::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
+    activate();
     QTest::keyClick(&window, key, modifiers);
 }
 

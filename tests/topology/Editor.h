@@ -34,6 +34,10 @@ struct TopologyWindowProbe {
     {
         return window.fontColorToolButton;
     }
+    static QToolButton* fillColorButton(TopologyWindow& window)
+    {
+        return window.fillColorToolButton;
+    }
     static QToolButton* lineColorButton(TopologyWindow& window)
     {
         return window.lineColorToolButton;
@@ -74,6 +78,7 @@ public:
     void release(const QPointF& position, Qt::MouseButton button = Qt::LeftButton);
     void click(const QPointF& position);
     void drag(const QPointF& from, const QPointF& to);
+    /// Presses the key in the drawing tool's window, whatever dialog has the focus.
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     void clickNodeButton(DiagramItem::DiagramType type);
@@ -93,6 +98,7 @@ public:
     QList<Arrow*> links();       ///< in ascending stacking order
 
 private:
+    void activate();
     void send(QEvent::Type type, const QPointF& position, Qt::MouseButton button,
               Qt::MouseButtons buttons);
 };

@@ -2,6 +2,7 @@
 
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
+#include "topology/LabelColumn.h"
 #include "topology/RecordNotifier.h"
 
 #include "ui_EditItemWindow.h"
@@ -11,6 +12,7 @@ EditItemWindow::EditItemWindow(QWidget* parent, DiagramItem* node)
       ui(std::make_unique<Ui::EditItemWindow>())
 {
     ui->setupUi(this);
+    alignLabels(this);
     if (node && node->diagramType == DiagramItem::Endpoint)
         ui->widget_portNum->hide();
     connect(ui->confirmButton, &QPushButton::clicked, this, &EditItemWindow::confirmButtonClicked);

@@ -2,6 +2,7 @@
 
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
+#include "topology/LabelColumn.h"
 #include "topology/RecordNotifier.h"
 
 #include "ui_EditLineWindow.h"
@@ -11,6 +12,7 @@ EditLineWindow::EditLineWindow(QWidget* parent, Arrow* link)
       ui(std::make_unique<Ui::EditLineWindow>())
 {
     ui->setupUi(this);
+    alignLabels(this);
     setAttribute(Qt::WA_QuitOnClose, false);
     connect(ui->confirmButton, &QPushButton::clicked, this, &EditLineWindow::confirmButtonClicked);
     connect(ui->cancelButton, &QPushButton::clicked, this, &EditLineWindow::close);

@@ -81,6 +81,8 @@ void TopologyWindow::editItem()
 
 void TopologyWindow::delEditItemWindow()
 {
+    if (!editItemWindow)
+        return; // closed a second time before it was deleted
     editItemWindow->deleteLater();
     editItemWindow = nullptr;
 }

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSet>
 
 // The two dialogs, and that nothing follows a record that is gone.
 
@@ -25,24 +26,31 @@ struct LinkedPair {
         link = editor.drawLink(a, b);
     }
 
+    // A dialog becomes active some time after it is shown; keys go astray until then.
+    template <typename Dialog>
+    static Dialog* shown(Dialog* dialog)
+    {
+        if (dialog && !QTest::qWaitForWindowActive(dialog))
+            qFatal("the dialog does not become active");
+        return dialog;
+    }
+
     EditItemWindow* openNode(DiagramItem* node)
     {
         editor.chooseFromContextMenu(centerOf(node), QStringLiteral(u"编辑节点"));
-        return editor.nodeDialog();
+        return shown(editor.nodeDialog());
     }
 
     EditLineWindow* openLink()
     {
         editor.chooseFromContextMenu((centerOf(a) + centerOf(b)) / 2, QStringLiteral(u"编辑链路"));
-        return editor.linkDialog();
+        return shown(editor.linkDialog());
     }
 
     void remove(QGraphicsItem* item)
     {
         editor.scene()->clearSelection();
         item->setSelected(true);
-        editor.window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&editor.window));
         editor.key(Qt::Key_Delete);
     }
 };
@@ -158,6 +166,58 @@ private slots:
         }
     }
 
+    void enterConfirms()
+    {
+        LinkedPair pair;
+        EditItemWindow* node = pair.openNode(pair.b);
+        typeText(node, "lineEdit_nodeName", "SW");
+        QTest::keyClick(lineEdit(node, "lineEdit_nodeName"), Qt::Key_Return);
+        QCOMPARE(pair.b->nodeName, QStringLiteral("SW"));
+        QVERIFY(!pair.editor.nodeDialog());
+        EditLineWindow* link = pair.openLink();
+        typeText(link, "lineEdit_dstPort", "7");
+        QTest::keyClick(lineEdit(link, "lineEdit_dstPort"), Qt::Key_Return);
+        QCOMPARE(pair.link->dstPort, QStringLiteral("7"));
+        QVERIFY(!link->isVisible());
+    }
+
+    void editsStandInOneColumn()
+    {
+        LinkedPair pair;
+        QDialog* const dialogs[] = {pair.openNode(pair.b), pair.openLink()};
+        for (QDialog* dialog : dialogs) {
+            QSet<int> lefts;
+            for (const QLineEdit* edit : dialog->findChildren<QLineEdit*>())
+                lefts.insert(edit->mapTo(dialog, QPoint()).x());
+            QCOMPARE(lefts.size(), 1);
+        }
+    }
+
+    void dialogClosedTwiceIsForgottenOnce()
+    {
+        LinkedPair pair;
+        EditItemWindow* dialog = pair.openNode(pair.a);
+        dialog->close();
+        dialog->close();
+        QVERIFY(!pair.editor.nodeDialog());
+        QVERIFY(pair.openNode(pair.b));
+    }
+
+    void shownIdsStayWhileNodesComeAndGo()
+    {
+        LinkedPair pair;
+        EditLineWindow* link = pair.openLink();
+        EditItemWindow* node = pair.openNode(pair.b);
+        DiagramItem* c = pair.editor.insertNode(DiagramItem::Endpoint, QPointF(300, 450));
+        c->setZValue(-1);
+        pair.editor.scene()->renumberNodes();
+        QCOMPARE(pair.b->nodeId, QStringLiteral("2"));
+        QCOMPARE(lineEdit(link, "lineEdit_dstNode")->text(), QStringLiteral(u"B(节点id:1)"));
+        QCOMPARE(lineEdit(node, "lineEdit_nodeId")->text(), QStringLiteral("1"));
+        QCOMPARE(lineEdit(pair.openLink(), "lineEdit_dstNode")->text(),
+                 QStringLiteral(u"B(节点id:2)"));
+    }
+
     void discardedTextsOfALinkDoNotReachTheNextOne()
     {
         LinkedPair pair;
@@ -246,6 +306,31 @@ private slots:
         pair.editor.release(centerOf(pair.a));
         QCOMPARE(pair.editor.links().size(), 1);
         QCOMPARE(pair.editor.scene()->items().size(), 3);
+    }
+
+    void nodeDeletedWhileItIsDragged()
+    {
+        LinkedPair pair;
+        pair.editor.press(centerOf(pair.a));
+        pair.editor.moveTo(QPointF(180, 230));
+        pair.editor.key(Qt::Key_Delete);
+        pair.editor.moveTo(QPointF(200, 250));
+        pair.editor.release(QPointF(200, 250));
+        QCOMPARE(pair.editor.nodes(), QList<DiagramItem*>{pair.b});
+        QVERIFY(pair.b->arrows().isEmpty());
+    }
+
+    void recordsThatAreGoneAreForgottenAtOnce()
+    {
+        LinkedPair pair;
+        EditItemWindow* node = pair.openNode(pair.a);
+        EditLineWindow* link = pair.openLink();
+        QCOMPARE(PropertyDialogProbe::record(*node), pair.a);
+        QCOMPARE(PropertyDialogProbe::record(*link), pair.link);
+        pair.remove(pair.a);
+        QCOMPARE(pair.editor.nodes(), QList<DiagramItem*>{pair.b});
+        QVERIFY(!PropertyDialogProbe::record(*node));
+        QVERIFY(!PropertyDialogProbe::record(*link));
     }
 
     void sceneClearedWhileALinkIsDrawn()

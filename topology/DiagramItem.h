@@ -23,7 +23,7 @@ public:
     enum { Type = DIAGRAM_ITEM_TYPE };
 
     /// contextMenu is shared and not owned. A kind without a picture gives an empty image.
-    DiagramItem(DiagramType type, QMenu* contextMenu, QGraphicsItem* parent);
+    DiagramItem(DiagramType type, QMenu* contextMenu, QGraphicsItem* parent = nullptr);
     ~DiagramItem() override;
 
     QRectF boundingRect() const override;

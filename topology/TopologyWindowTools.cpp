@@ -145,7 +145,7 @@ QWidget* TopologyWindow::createBackgroundPage()
 
 QWidget* TopologyWindow::createCellWidget(const QString& text, int type)
 {
-    const DiagramItem sample(static_cast<DiagramItem::DiagramType>(type), itemMenu, nullptr);
+    const DiagramItem sample(static_cast<DiagramItem::DiagramType>(type), itemMenu);
     auto* button = new QToolButton;
     button->setIcon(QIcon(sample.image()));
     buttonGroup->addButton(button, type);

@@ -261,6 +261,29 @@ private slots:
         QVERIFY(countPixels(image, around, Qt::blue) > 0);
     }
 
+    void dashesLagWhileANodeIsDragged()
+    {
+        LinkedHosts hosts(QPointF(150, 100), QPointF(500, 100));
+        hosts.link->srcPort.clear();
+        hosts.link->setSelected(true);
+        const QPointF grip = centerOf(hosts.end);
+        hosts.editor.press(grip);
+        hosts.link->setSelected(true); // the press selects the node alone
+        hosts.editor.moveTo(grip + QPointF(0, 60));
+        hosts.editor.moveTo(grip + QPointF(0, 160));
+        QCOMPARE(centerOf(hosts.end), grip + QPointF(0, 160));
+        QCOMPARE(hosts.link->line(), QLineF(centerOf(hosts.start), grip + QPointF(0, 60)));
+        const QImage image = hosts.painted();
+        const QLineF solid(centerOf(hosts.start), centerOf(hosts.end));
+        const QLineF dashed = hosts.link->line().translated(0, 4);
+        for (const QLineF& line : {solid, dashed}) {
+            const QPoint middle = line.pointAt(0.5).toPoint();
+            QVERIFY(countPixels(image, QRect(middle - QPoint(8, 2), QSize(16, 4)), Qt::blue) > 0);
+        }
+        hosts.editor.release(grip + QPointF(0, 160));
+        QCOMPARE(hosts.link->line(), QLineF(centerOf(hosts.start), grip + QPointF(0, 60)));
+    }
+
     void selectedNodeHasADashedFrameAroundItsImage()
     {
         Editor editor;

@@ -1,11 +1,9 @@
-#include "topology/NodeItemsByName.h"
-
 #include "tests/support/GuiTestMain.h"
 #include "tests/topology/Editor.h"
 
 #include <QButtonGroup>
 
-// Drawing by mouse, numbering, and building from records.
+// Drawing by mouse, numbering, fonts and colours.
 
 static QStringList idsOf(const QList<DiagramItem*>& nodes)
 {
@@ -13,26 +11,6 @@ static QStringList idsOf(const QList<DiagramItem*>& nodes)
     for (const DiagramItem* node : nodes)
         ids.append(node->nodeId);
     return ids;
-}
-
-static FileNodeInfo nodeRecord(const char* name, const QPointF& position, int type = 0)
-{
-    FileNodeInfo record;
-    record.type = type;
-    record.position = position;
-    record.nodeName = QString::fromUtf8(name);
-    record.nodeId = QStringLiteral("99");
-    record.mtu = QStringLiteral("1500");
-    return record;
-}
-
-static FileArrowInfo linkRecord(const char* from, const char* to)
-{
-    FileArrowInfo record;
-    record.srcNode = QString::fromUtf8(from);
-    record.dstNode = QString::fromUtf8(to);
-    record.srcPort = QStringLiteral("3");
-    return record;
 }
 
 class DiagramSceneTest : public QObject
@@ -218,80 +196,6 @@ private slots:
         });
         QCOMPARE(entries, (QStringList{QStringLiteral(u"编辑节点"), QStringLiteral(u"删除")}));
         QCOMPARE(editor.scene()->selectedItems(), QList<QGraphicsItem*>{a});
-    }
-
-    void recordsBuildTheDrawingAndItsNames()
-    {
-        Editor editor;
-        editor.insertNode(DiagramItem::Endpoint, QPointF(100, 100), "old");
-        editor.clickPointerButton(DiagramScene::InsertLine);
-        editor.scene()->buildByProjectFile(
-            {nodeRecord("A", QPointF(10, 20)), nodeRecord("S", QPointF(200, 20), 1)},
-            {linkRecord("A", "S")});
-        const QList<DiagramItem*> nodes = editor.nodes();
-        QCOMPARE(nodes.size(), 2);
-        QCOMPARE(nodes[0]->nodeName, QStringLiteral("A"));
-        QCOMPARE(nodes[0]->pos(), QPointF(10, 20));
-        QCOMPARE(nodes[0]->mtu, QStringLiteral("1500"));
-        QVERIFY(nodes[0]->nodeMac.isNull());
-        QCOMPARE(nodes[1]->diagramType, DiagramItem::Switch);
-        QCOMPARE(idsOf(nodes), (QStringList{QStringLiteral("0"), QStringLiteral("1")}));
-        QCOMPARE(nodeItemsByName.value(QStringLiteral("A")), nodes[0]);
-        QCOMPARE(editor.links().size(), 1);
-        const Arrow* link = editor.links().first();
-        QCOMPARE(link->srcPort, QStringLiteral("3"));
-        QCOMPARE(link->zValue(), -1000.0);
-        QCOMPARE(link->line(), QLineF(centerOf(nodes[0]), centerOf(nodes[1])));
-        // Building puts the pointer back.
-        QCOMPARE(TopologyWindowProbe::pointerButtons(editor.window)->checkedId(),
-                 int(DiagramScene::MoveItem));
-    }
-
-    void linkOfTwoNodesOfOneNameGoesToTheLast()
-    {
-        Editor editor;
-        editor.scene()->buildByProjectFile({nodeRecord("A", QPointF(10, 20)),
-                                            nodeRecord("A", QPointF(300, 20)),
-                                            nodeRecord("B", QPointF(300, 300))},
-                                           {linkRecord("A", "B")});
-        QCOMPARE(editor.nodes().size(), 3);
-        QVERIFY(editor.nodes().at(0)->arrows().isEmpty());
-        QCOMPARE(editor.nodes().at(1)->arrows().size(), 1);
-    }
-
-    void linkOfAMissingNodeIsDroppedAndDuplicatesAreBuilt()
-    {
-        Editor editor;
-        editor.scene()->buildByProjectFile(
-            {nodeRecord("A", QPointF(10, 20)), nodeRecord("B", QPointF(300, 20))},
-            {linkRecord("A", "nobody"), linkRecord("A", "B"), linkRecord("A", "B"),
-             linkRecord("A", "A")});
-        QCOMPARE(editor.links().size(), 3);
-        DiagramItem* a = nodeItemsByName.value(QStringLiteral("A"));
-        QCOMPARE(a->arrows().size(), 4); // the link to itself stands in its list twice
-        a->setSelected(true);
-        editor.key(Qt::Key_Delete);
-        QVERIFY(editor.links().isEmpty());
-        QCOMPARE(editor.nodes().size(), 1);
-        QVERIFY(editor.nodes().first()->arrows().isEmpty());
-    }
-
-    void renamedNodeStaysUnderItsOldName()
-    {
-        Editor editor;
-        editor.scene()->buildByProjectFile({nodeRecord("A", QPointF(10, 20))}, {});
-        DiagramItem* node = editor.nodes().first();
-        node->nodeName = QStringLiteral("Z");
-        QCOMPARE(nodeItemsByName.value(QStringLiteral("A")), node);
-        QVERIFY(!nodeItemsByName.contains(QStringLiteral("Z")));
-    }
-
-    void nodeOfAnUnknownKindIsBuiltWithoutImage()
-    {
-        Editor editor;
-        editor.scene()->buildByProjectFile({nodeRecord("A", QPointF(10, 20), 7)}, {});
-        QCOMPARE(editor.nodes().size(), 1);
-        paintedScene(editor.scene());
     }
 
     void textAndFontReachAllNodesAndLinksButLineColourOnlyTheFirstSelected()

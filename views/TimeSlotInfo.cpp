@@ -56,12 +56,12 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
     setCellWidget(row, slot + 1, bar);
 }
 
-// Cells are set while nothing is shown, so that no cell is laid out or painted on its own.
+// Cells are set in a hidden viewport, so that none is shown, polished, laid out or painted on its
+// own; the widget itself stays, and with it the layout around it.
 void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
 {
-    const bool wasHidden = isHidden();
     setUpdatesEnabled(false);
-    hide();
+    viewport()->hide();
     clear();
     setRowCount(0);
     setupSlotTable(ports, slotCount);
@@ -73,6 +73,6 @@ void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
         }
         ++row;
     }
-    setVisible(!wasHidden);
+    viewport()->show();
     setUpdatesEnabled(true);
 }

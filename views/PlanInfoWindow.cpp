@@ -50,7 +50,7 @@ QWidget* PlanInfoWindow::createPage(const QString& suffix, TimeSlotInfo*& table)
     table = new TimeSlotInfo(page);
     table->setObjectName(QStringLiteral("timeSlotInfo_") + suffix);
     page->addWidget(table);
-    auto* flows = new FlowListWindow(page);
+    auto* flows = new FlowListWindow(nullptr); // becomes a part of the page only by being added
     flows->setObjectName(QStringLiteral("flowListWindow_") + suffix);
     page->addWidget(flows);
     return page;

@@ -141,6 +141,9 @@ private slots:
         const int flow = ports.last().firstKey();
         const auto texts = cards->index(0, 0).data(Qt::UserRole + 1).value<ItemData>();
         QCOMPARE(texts.caption, QStringLiteral(u"流id %1-0").arg(flow));
+        auto* list = studio.part<FlowListWindow>("flowListWindow_send");
+        QVERIFY(list->isVisible() && !list->isWindow());
+        QVERIFY(list->width() > 200 && list->height() > 60);
         // Grid and card show the flow in the same colour.
         const int slot = ports.last().first().firstKey();
         QVERIFY(table->cellWidget(lastRow, slot + 1)

@@ -11,8 +11,10 @@
 #include <QApplication>
 #include <QDebug>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -68,7 +70,8 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addStartStages();
     addDrawingStages();
     addDrawnRunStages();
-    addRunStages(QStringLiteral("avionics-line/vek_input.xml"));
+    for (const char* example : {"avionics-line", "ring", "industrial-tree"})
+        addRunStages(QString::fromUtf8(example));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
@@ -134,18 +137,47 @@ void Tour::addDrawnRunStages()
          [this] {
              QDir().rename(QStringLiteral("ResourceXML"), QStringLiteral("drawn-ResourceXML"));
              QDir().rename(QStringLiteral("OutputXML"), QStringLiteral("drawn-OutputXML"));
-             m_studio->clickToolBar(QStringLiteral(u"调度规划"));
          }});
 }
 
-void Tour::addRunStages(const QString& document)
+// Plans an example, then shows its schedule.
+void Tour::addRunStages(const QString& example)
 {
-    m_stages.push_back({QStringLiteral("schedule-dialog"), &isShown<FlowScheduleForm>,
+    m_stages.push_back({example + QStringLiteral("-start"), [] { return !isShown<QMessageBox>(); },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    m_stages.push_back({example + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
                         [] { clickButton<FlowScheduleForm>("PlanByUserInputButton"); }});
-    m_stages.push_back({QStringLiteral("choose-document"), &isShown<QFileDialog>, [this, document] {
-                            chooseFile(m_examples + QLatin1Char('/') + document);
-                        }});
-    addOutcomeStage(QStringLiteral("example-planned"));
+    m_stages.push_back(
+        {example + QStringLiteral("-choose-document"), &isShown<QFileDialog>, [this, example] {
+             chooseFile(m_examples + QLatin1Char('/') + example + QStringLiteral("/vek_input.xml"));
+         }});
+    addOutcomeStage(example + QStringLiteral("-planned"));
+    m_stages.push_back({example + QStringLiteral("-run-over"),
+                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+                        [this] { showBusiestNode(); }});
+    m_stages.push_back({example + QStringLiteral("-schedule"),
+                        [this] { return m_studio->probe.planInfoDock() != nullptr; }, [] {}});
+}
+
+// Opens the plan result dock alone and chooses the node that sends on most ports.
+void Tour::showBusiestNode()
+{
+    for (QDockWidget* dock : {m_studio->probe.vLineDock(), m_studio->probe.flowDock()})
+        dock->hide();
+    if (!m_studio->probe.planInfoDock())
+        m_studio->clickToolBar(QStringLiteral(u"规划结果"));
+    const NodeInfo_Xml& schedule = m_studio->probe.sendNodeInfo();
+    auto* nodes = m_studio->probe.planInfoDock()->findChild<QListWidget*>();
+    int busiest = 0;
+    for (int row = 0; row < nodes->count(); ++row) {
+        const auto portsOf = [&](int of) {
+            return schedule.value(nodes->item(of)->data(Qt::UserRole).toInt()).size();
+        };
+        if (portsOf(row) > portsOf(busiest))
+            busiest = row;
+    }
+    nodes->setCurrentRow(busiest);
+    m_studio->window.resizeDocks({m_studio->probe.planInfoDock()}, {480}, Qt::Vertical);
 }
 
 void Tour::addOutcomeStage(const QString& name)

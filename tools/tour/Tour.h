@@ -36,7 +36,8 @@ private:
     void addStartStages();
     void addDrawingStages();
     void addDrawnRunStages();
-    void addRunStages(const QString& document);
+    void addRunStages(const QString& example);
+    void showBusiestNode();
     void addOutcomeStage(const QString& name);
     void look();
     void takePicture(const QString& name);

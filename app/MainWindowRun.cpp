@@ -3,6 +3,7 @@
 #include "app/FlowScheduleForm.h"
 #include "app/RunMessages.h"
 #include "planner/PlanningModel.h"
+#include "traffic/ChildDialog.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -57,8 +58,7 @@ void MainWindow::flowSchedule()
 
 void MainWindow::delFlowScheduleWindow()
 {
-    flowScheduleForm->deleteLater();
-    flowScheduleForm = nullptr;
+    forgetDialog(flowScheduleForm);
 }
 
 void MainWindow::Rotunda()

@@ -271,6 +271,7 @@ private slots:
         QTRY_VERIFY(form.isNull());
         form = openDialog();
         form->close();
+        form->close(); // once more before it is deleted
         QVERIFY(!probe().flowScheduleForm());
         QVERIFY(openDialog());
     }

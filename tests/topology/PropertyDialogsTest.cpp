@@ -30,7 +30,7 @@ struct LinkedPair {
     template <typename Dialog>
     static Dialog* shown(Dialog* dialog)
     {
-        if (dialog && !QTest::qWaitForWindowActive(dialog))
+        if (!dialog || !QTest::qWaitForWindowActive(dialog))
             qFatal("the dialog does not become active");
         return dialog;
     }

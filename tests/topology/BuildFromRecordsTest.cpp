@@ -133,6 +133,37 @@ private slots:
         paintedScene(editor.scene());
     }
 
+    void labelsNeedAnEdgeAtBothEnds()
+    {
+        Editor editor;
+        editor.scene()->setTextColor(Qt::red);
+        editor.scene()->setLineColor(Qt::blue);
+        // A node without an image has no box that the line could leave.
+        editor.scene()->buildByProjectFile(
+            {nodeRecord("", QPointF(100, 200)), nodeRecord("B", QPointF(400, 200), 7)},
+            {linkRecord("", "B")});
+        editor.nodes().last()->nodeName.clear();
+        QCOMPARE(editor.links().size(), 1);
+        const QRect everywhere(0, 0, 800, 600);
+        const QImage image = paintedScene(editor.scene());
+        QVERIFY(countPixels(image, everywhere, Qt::blue) > 100);
+        QCOMPARE(countPixels(image, everywhere, Qt::red), 0);
+    }
+
+    void linkWithoutLengthPaintsNothing()
+    {
+        Editor editor;
+        editor.scene()->setLineColor(Qt::blue);
+        // Nodes without an image have no shape that could overlap.
+        editor.scene()->buildByProjectFile(
+            {nodeRecord("A", QPointF(100, 200), 7), nodeRecord("B", QPointF(100, 200), 7)},
+            {linkRecord("A", "B")});
+        const QRect everywhere(0, 0, 800, 600);
+        QCOMPARE(countPixels(paintedScene(editor.scene()), everywhere, Qt::blue), 0);
+        editor.nodes().first()->setPos(130, 200);
+        QVERIFY(countPixels(paintedScene(editor.scene()), everywhere, Qt::blue) > 30);
+    }
+
     void buildingFromTheTopReversesTheIdsAndTwiceRestoresThem()
     {
         Editor editor;

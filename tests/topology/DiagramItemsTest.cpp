@@ -157,6 +157,37 @@ private slots:
         QCOMPARE(countPixels(image, everywhere, Qt::red), found);
     }
 
+    void eachLabelShowsThePortOfItsEnd()
+    {
+        LinkedHosts hosts(QPointF(150, 300), QPointF(600, 300));
+        const QRect startHalf(0, 0, 375, 600);
+        const QRect endHalf(375, 0, 425, 600);
+        const QImage both = hosts.painted();
+        hosts.link->dstPort.clear();
+        const QImage startOnly = hosts.painted();
+        QCOMPARE(startOnly.copy(startHalf), both.copy(startHalf));
+        QCOMPARE(countPixels(startOnly, endHalf, Qt::red), 0);
+        hosts.link->dstPort = hosts.link->srcPort;
+        QVERIFY(hosts.painted().copy(endHalf) != both.copy(endHalf));
+    }
+
+    void textsArePaintedInTheirFont()
+    {
+        LinkedHosts hosts(QPointF(150, 300), QPointF(600, 300));
+        hosts.start->nodeName = QStringLiteral("N");
+        const QRect name(100, 338, 100, 100);
+        const QRect label(192, 300, 100, 38);
+        QImage image = hosts.painted();
+        const int nameBefore = countPixels(image, name, Qt::red);
+        const int labelBefore = countPixels(image, label, Qt::red);
+        QFont larger = labelFont();
+        larger.setPointSize(20);
+        hosts.editor.scene()->setFont(larger);
+        image = hosts.painted();
+        QVERIFY(countPixels(image, name, Qt::red) > 2 * nameBefore);
+        QVERIFY(countPixels(image, label, Qt::red) > 2 * labelBefore);
+    }
+
     void destinationLabelIsOnlyAsWideAsTheSourceLabel()
     {
         LinkedHosts hosts(QPointF(150, 300), QPointF(600, 300));
@@ -235,7 +266,7 @@ private slots:
             int changed = 0;
             for (qreal t = 0.02; t < 0.98; t += 0.01)
                 changed += differs(plain, selected, line.translated(shift).pointAt(t));
-            QVERIFY2(changed > 30, qPrintable(QString::number(changed)));
+            QVERIFY2(changed > 30 && changed < 95, qPrintable(QString::number(changed)));
         }
         // The parallels begin where the line begins, shifted in one direction only.
         const QPointF wrong = beside ? QPointF(0, 4) : QPointF(-4, 0);
@@ -323,6 +354,8 @@ private slots:
         const QRect band(node->pos().toPoint() + QPoint(0, 85), QSize(113, node->textHeight));
         QVERIFY(countPixels(image, band, Qt::red) > 20);
         QCOMPARE(countPixels(image, everywhere, Qt::red), countPixels(image, band, Qt::red));
+        const QRect middle(band.adjusted(36, 0, -36, 0));
+        QCOMPARE(countPixels(image, middle, Qt::red), countPixels(image, band, Qt::red));
     }
 
     void removingLinksShortensTheListsOfBothEnds()

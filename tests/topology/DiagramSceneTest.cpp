@@ -1,7 +1,8 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/topology/Editor.h"
 
-#include <QButtonGroup>
+#include <QComboBox>
+#include <QTextCursor>
 
 // Drawing by mouse, numbering, fonts and colours.
 
@@ -216,6 +217,7 @@ private slots:
         }
         QCOMPARE(second->textColor, QColor(Qt::red));
         QCOMPARE(second->font.pointSize(), 20);
+        QCOMPARE(second->textHeight, QFontMetrics(font).height());
         editor.scene()->clearSelection();
         first->setSelected(true);
         editor.scene()->setLineColor(Qt::yellow);
@@ -239,6 +241,41 @@ private slots:
         editor.scene()->setTextColor(Qt::blue);
         const bool linkIsFirst = editor.scene()->selectedItems().first() == link;
         QCOMPARE(link->color == QColor(Qt::yellow), linkIsFirst);
+    }
+
+    void mouseMovesNothingWhileAnInsertionWaits()
+    {
+        Editor editor;
+        DiagramItem* node = editor.insertNode(DiagramItem::Endpoint, QPointF(300, 300));
+        for (const DiagramScene::Mode mode :
+             {DiagramScene::InsertItem, DiagramScene::InsertText, DiagramScene::InsertLine}) {
+            editor.scene()->setMode(DiagramScene::MoveItem);
+            editor.press(centerOf(node));
+            editor.scene()->setMode(mode);
+            editor.moveTo(QPointF(400, 400));
+            QCOMPARE(centerOf(node), QPointF(300, 300));
+            editor.release(QPointF(400, 400));
+        }
+    }
+
+    void textItemIsEditedAgainAfterADoubleClick()
+    {
+        Editor editor;
+        editor.scene()->setMode(DiagramScene::InsertText);
+        editor.click(QPointF(300, 300));
+        auto* text = qgraphicsitem_cast<DiagramTextItem*>(editor.scene()->items().first());
+        text->setFocus();
+        text->setPlainText(QStringLiteral("note"));
+        QTextCursor cursor = text->textCursor();
+        cursor.select(QTextCursor::Document);
+        text->setTextCursor(cursor);
+        text->clearFocus();
+        QVERIFY(!text->textCursor().hasSelection());
+        QCOMPARE(text->textInteractionFlags(), Qt::TextInteractionFlags(Qt::NoTextInteraction));
+        const QPointF middle = text->mapToScene(text->boundingRect().center());
+        QTest::mouseDClick(editor.view()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                           editor.view()->mapFromScene(middle));
+        QCOMPARE(text->textInteractionFlags(), Qt::TextInteractionFlags(Qt::TextEditorInteraction));
     }
 
     void textItemIsTypedAndVanishesWhenLeftEmpty()
@@ -276,13 +313,19 @@ private slots:
         QFont font = text->font();
         font.setPointSize(22);
         font.setWeight(QFont::Bold);
+        font.setItalic(true);
         text->setFont(font);
         text->setPlainText(QStringLiteral("note"));
         editor.scene()->clearSelection();
         text->setSelected(true);
         QVERIFY(TopologyWindowProbe::boldAction(editor.window)->isChecked());
+        QCOMPARE(TopologyWindowProbe::fontSizes(editor.window)->currentText(),
+                 QStringLiteral("22"));
         editor.scene()->setTextColor(Qt::red);
         QCOMPARE(text->defaultTextColor(), QColor(Qt::red));
+        editor.key(Qt::Key_I, Qt::ControlModifier);
+        QVERIFY(!text->font().italic());
+        QVERIFY(text->font().bold());
         editor.scene()->renumberNodes();
     }
 };

@@ -150,6 +150,23 @@ private slots:
         QCOMPARE(link->zValue(), 0.1);
     }
 
+    void onlyNodesCountForStacking()
+    {
+        Editor editor;
+        DiagramItem* a = editor.insertNode(DiagramItem::Endpoint, QPointF(150, 200));
+        DiagramItem* b = editor.insertNode(DiagramItem::Endpoint, QPointF(500, 200));
+        Arrow* link = editor.drawLink(a, b);
+        editor.scene()->clearSelection();
+        a->setSelected(true);
+        QVERIFY(a->collidesWithItem(link));
+        link->setZValue(5);
+        editor.key(Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(a->zValue(), 0.0);
+        link->setZValue(-1000);
+        editor.key(Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(a->zValue(), 0.0);
+    }
+
     void stackingWithoutSelectionDoesNothing()
     {
         Editor editor;
@@ -179,12 +196,24 @@ private slots:
         editor.drawLink(a, b);
         const auto pressShortcut = [](QMenu* menu) {
             QTest::keyClick(menu, Qt::Key_E, Qt::ControlModifier);
+            QVERIFY(!menu->isVisible());
         };
         editor.openContextMenu(QPointF(325, 200), pressShortcut);
         QVERIFY(editor.linkDialog() && editor.linkDialog()->isVisible());
         QVERIFY(!editor.nodeDialog());
         editor.openContextMenu(centerOf(a), pressShortcut);
         QVERIFY(editor.nodeDialog() && editor.nodeDialog()->isVisible());
+    }
+
+    void deleteKeyInAnOpenMenuDeletesAndClosesIt()
+    {
+        Editor editor;
+        editor.insertNode(DiagramItem::Endpoint, QPointF(150, 200));
+        editor.openContextMenu(QPointF(150, 200), [](QMenu* menu) {
+            QTest::keyClick(menu, Qt::Key_Delete);
+            QVERIFY(!menu->isVisible());
+        });
+        QVERIFY(editor.nodes().isEmpty());
     }
 
     void typedFontSizeIsTakenUpTo64()

@@ -1,23 +1,93 @@
 #include "app/MainWindow.h"
 
+#include "app/ImportVekForm.h"
+#include "app/OutportVekForm.h"
+#include "project/DocumentExchange.h"
 #include "project/InputDocumentWriter.h"
+#include "project/ProjectFile.h"
 #include "topology/Arrow.h"
 #include "topology/DiagramScene.h"
 #include "topology/TopologyWindow.h"
 
+#include <QFile>
+#include <QFileDialog>
+
 // Project files, documents from and to other folders, and the input document of the drawn model.
 
-void MainWindow::handleActionOpenProject() {}
+// ---- Project files
 
-void MainWindow::handleActionSaveProject() {}
+static QString projectEnding()
+{
+    return QStringLiteral(".rotpro");
+}
 
-void MainWindow::showImportForm() {}
+static QString projectFilter()
+{
+    return MainWindow::tr("Rotunda工程配置文件 (*.rotpro)");
+}
 
-void MainWindow::showOutportForm() {}
+void MainWindow::handleActionSaveProject()
+{
+    QString path =
+        QFileDialog::getSaveFileName(this, QStringLiteral(u"保存文件"), QString(), projectFilter(),
+                                     nullptr, QFileDialog::DontUseNativeDialog);
+    if (path.isEmpty())
+        return;
+    if (!path.endsWith(projectEnding()))
+        path.append(projectEnding());
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        writeProject(file, projectOf(*topologyWindow->getScence(), vLineInfoList, flowInfoList));
+}
 
-void MainWindow::importVekFile(QString, QString) {}
+// The schedule and its documents stay: they belong to the last run or import.
+void MainWindow::handleActionOpenProject()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("打开工程"), QString(), projectFilter(), nullptr,
+                                     QFileDialog::DontUseNativeDialog);
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const Project project = readProject(file);
+    topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
+    addVLineItemByProjectFile(project.vLines);
+    addFlowItemByProjectFile(project.flows);
+}
 
-void MainWindow::outportVekFile(QString) {}
+// ---- Documents from and to other folders
+
+void MainWindow::showImportForm()
+{
+    auto* form = new ImportVekForm;
+    connect(form, &ImportVekForm::signal_importVekFile, this, &MainWindow::importVekFile);
+    form->setModal(true);
+    form->show();
+}
+
+void MainWindow::showOutportForm()
+{
+    auto* form = new OutportVekForm;
+    connect(form, &OutportVekForm::signal_outportVekFile, this, &MainWindow::outportVekFile);
+    form->setModal(true);
+    form->show();
+}
+
+void MainWindow::importVekFile(QString vekInputFilePath, QString vekOutputFilePath)
+{
+    if (!importDocuments(vekInputFilePath, vekOutputFilePath))
+        return;
+    loadSchedule();
+    if (!planInfoDock)
+        planInfo();
+}
+
+void MainWindow::outportVekFile(QString dirPath)
+{
+    exportDocuments(dirPath);
+}
 
 // ---- The input document of the drawn model
 

@@ -3,6 +3,7 @@
 #include "app/FlowScheduleForm.h"
 #include "app/RunMessages.h"
 #include "planner/PlanningModel.h"
+#include "project/DocumentFolder.h"
 #include "traffic/ChildDialog.h"
 
 #include <QCoreApplication>
@@ -14,23 +15,11 @@
 
 // The scheduling run: the dialog that starts it, the documents around it, its two stages.
 
-static QString currentFolderPath(const QString& tail)
+static void removeOutput(const QString& fileName)
 {
-    return QDir(QDir::currentPath()).absolutePath() + tail;
-}
-
-static QString inputDocumentPath()
-{
-    return currentFolderPath(QStringLiteral("/ResourceXML/vek_input.xml"));
-}
-
-static void removeOutput(const QString& tail)
-{
-    if (!QDir(QDir::currentPath()).exists(QStringLiteral("OutputXML")))
-        return;
-    const QString path = currentFolderPath(tail);
-    if (QFile::exists(path))
-        QFile::remove(path);
+    QDir folder(QDir::currentPath());
+    if (folder.cd(QStringLiteral("OutputXML")) && folder.exists(fileName))
+        folder.remove(fileName);
 }
 
 // The integer-button form of the boxes, without a parent and with the buttons 1, 1, 0.
@@ -74,9 +63,7 @@ void MainWindow::planByUserInput()
 {
     if (runInProgress)
         return;
-    const QDir current(QDir::currentPath());
-    if (!current.exists(QStringLiteral("ResourceXML")))
-        current.mkpath(QStringLiteral("ResourceXML"));
+    ensureDocumentFolder(QStringLiteral("ResourceXML"));
     const QString target = inputDocumentPath();
     const QString selected = QFileDialog::getOpenFileName(
         this, QStringLiteral(u"导入xml"), QString(), QStringLiteral("vek_input(vek_input.xml)"));
@@ -138,10 +125,10 @@ int MainWindow::runStages()
 
 void MainWindow::delHsXml()
 {
-    removeOutput(QStringLiteral("/OutputXML/vek_hs.xml"));
+    removeOutput(QStringLiteral("vek_hs.xml"));
 }
 
 void MainWindow::delOutputXml()
 {
-    removeOutput(QStringLiteral("/OutputXML/vek_output.xml"));
+    removeOutput(QStringLiteral("vek_output.xml"));
 }

@@ -4,6 +4,23 @@
 #include <QDir>
 #include <QFileInfo>
 
+QString inputDocumentPath()
+{
+    return QDir::current().absolutePath() + QStringLiteral("/ResourceXML/vek_input.xml");
+}
+
+QString outputDocumentPath()
+{
+    return QDir::current().absolutePath() + QStringLiteral("/OutputXML/vek_output.xml");
+}
+
+void ensureDocumentFolder(const QString& folder)
+{
+    const QDir current(QDir::currentPath());
+    if (!current.exists(folder))
+        current.mkpath(folder);
+}
+
 // Loads one document; false when it does not load.
 static bool readDocument(const QString& path,
                          const std::function<void(const tinyxml2::XMLElement&)>& read)

@@ -14,6 +14,17 @@ struct DocumentPlace {
     QString baseName; ///< such as "vek_input"; any last suffix counts
 };
 
+/// Absolute path of the studio's own input document, ResourceXML/vek_input.xml under the current
+/// directory.
+QString inputDocumentPath();
+
+/// Absolute path of the studio's own output document, OutputXML/vek_output.xml under the current
+/// directory.
+QString outputDocumentPath();
+
+/// Makes the folder under the current directory unless it exists, such as "ResourceXML".
+void ensureDocumentFolder(const QString& folder);
+
 /// Loads every document of the place, by name, and hands its first element to read.
 ///
 /// A missing folder, or a document that does not load, ends the walk with the debug line

@@ -1,9 +1,8 @@
 #include "project/InputDocumentWriter.h"
 
+#include "project/DocumentFolder.h"
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
-
-#include <QDir>
 
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
@@ -94,10 +93,6 @@ void appendFlow(XMLDocument& doc, XMLElement* flows, const FlowInfo& flow)
 
 void saveInputDocument(XMLDocument& doc)
 {
-    const QDir current(QDir::currentPath());
-    const QString folder = QStringLiteral("ResourceXML");
-    if (!current.exists(folder))
-        current.mkpath(folder);
-    const QString path = current.absolutePath() + QStringLiteral("/ResourceXML/vek_input.xml");
-    doc.SaveFile(path.toUtf8().constData());
+    ensureDocumentFolder(QStringLiteral("ResourceXML"));
+    doc.SaveFile(inputDocumentPath().toUtf8().constData());
 }

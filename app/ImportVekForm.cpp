@@ -1,0 +1,47 @@
+#include "app/ImportVekForm.h"
+
+#include "app/PathEdit.h"
+
+#include "ui_ImportVekForm.h"
+
+#include <QFileDialog>
+
+ImportVekForm::ImportVekForm(QWidget* parent)
+    : QDialog(parent),
+      ui(std::make_unique<Ui::ImportForm>())
+{
+    ui->setupUi(this);
+    setAttribute(Qt::WA_DeleteOnClose);
+    connect(ui->button_selectInput, &QPushButton::clicked, this, &ImportVekForm::selectInput);
+    connect(ui->button_selectOutput, &QPushButton::clicked, this, &ImportVekForm::selectOutput);
+    connect(ui->button_import, &QPushButton::clicked, this, &ImportVekForm::importThenLeave);
+    connect(ui->button_cancel, &QPushButton::clicked, this, &QObject::deleteLater);
+}
+
+ImportVekForm::~ImportVekForm() = default;
+
+void ImportVekForm::selectInput()
+{
+    showPath(*ui->lineEdit_inputPath,
+             QFileDialog::getOpenFileName(this, QStringLiteral(u"导入vek_input.xml"), QString(),
+                                          QStringLiteral("vek_input(vek_input.xml)"), nullptr,
+                                          QFileDialog::DontUseNativeDialog));
+}
+
+void ImportVekForm::selectOutput()
+{
+    showPath(*ui->lineEdit_outputPath,
+             QFileDialog::getOpenFileName(this, QStringLiteral(u"导入vek_output.xml"), QString(),
+                                          QStringLiteral("vek_output(vek_output.xml)"), nullptr,
+                                          QFileDialog::DontUseNativeDialog));
+}
+
+// With a path missing the dialog goes without a word.
+void ImportVekForm::importThenLeave()
+{
+    const QString inputPath = ui->lineEdit_inputPath->text();
+    const QString outputPath = ui->lineEdit_outputPath->text();
+    if (!inputPath.isEmpty() && !outputPath.isEmpty())
+        emit signal_importVekFile(inputPath, outputPath);
+    deleteLater();
+}

@@ -1,0 +1,57 @@
+#include "project/DocumentExchange.h"
+
+#include "project/DocumentFolder.h"
+
+#include <QDir>
+#include <QFile>
+
+static QString inputFolder()
+{
+    return QStringLiteral("ResourceXML");
+}
+
+static QString outputFolder()
+{
+    return QStringLiteral("OutputXML");
+}
+
+static void replaceFile(const QString& target, const QString& source)
+{
+    if (QFile::exists(target))
+        QFile::remove(target);
+    if (QFile::exists(source))
+        QFile::copy(source, target);
+}
+
+// An earlier copy stays, since copying does not overwrite.
+static void copyInto(const QDir& folder, const QString& source, const QString& tail)
+{
+    if (QFile::exists(source))
+        QFile::copy(source, folder.filePath(tail));
+}
+
+bool importDocuments(const QString& inputPath, const QString& outputPath)
+{
+    ensureDocumentFolder(inputFolder());
+    ensureDocumentFolder(outputFolder());
+    if (inputPath.isEmpty() || outputPath.isEmpty())
+        return false;
+    if (inputPath == inputDocumentPath() || outputPath == outputDocumentPath())
+        return false;
+    replaceFile(inputDocumentPath(), inputPath);
+    replaceFile(outputDocumentPath(), outputPath);
+    return true;
+}
+
+void exportDocuments(const QString& dirPath)
+{
+    if (dirPath.isEmpty())
+        return;
+    const QDir target(dirPath);
+    for (const QString& folder : {inputFolder(), outputFolder()}) {
+        if (!target.exists(folder))
+            target.mkdir(folder);
+    }
+    copyInto(target, inputDocumentPath(), QStringLiteral("ResourceXML/vek_input.xml"));
+    copyInto(target, outputDocumentPath(), QStringLiteral("OutputXML/vek_output.xml"));
+}

@@ -1,0 +1,64 @@
+#include "project/ProjectFile.h"
+
+#include "project/ProjectStream.h"
+#include "topology/Arrow.h"
+#include "topology/DiagramItem.h"
+
+#include <QGraphicsScene>
+
+static FileArrowInfo recordOf(const Arrow& arrow)
+{
+    return {arrow.lineName, arrow.srcNode, arrow.dstNode,
+            arrow.srcPort,  arrow.dstPort, arrow.bandWidth};
+}
+
+static FileNodeInfo recordOf(const DiagramItem& node)
+{
+    return {node.diagramType, node.pos(),   node.nodeName, node.nodeId,
+            node.nodeMac,     node.portNum, node.mtu,      node.bufferNum};
+}
+
+static FileVLineInfo recordOf(const VLineInfo& vLine)
+{
+    FileVLineInfo record;
+    record.vLineId = vLine.vLineId;
+    for (const VLineItems& path : vLine.vLinePaths)
+        record.vLinePaths.append(nodeNamesOf(path));
+    return record;
+}
+
+Project projectOf(const QGraphicsScene& scene, const QList<VLineInfo>& vLines,
+                  const QList<FlowInfo>& flows)
+{
+    Project project;
+    for (QGraphicsItem* item : scene.items(Qt::DescendingOrder)) {
+        if (const auto* arrow = qgraphicsitem_cast<Arrow*>(item))
+            project.links.append(recordOf(*arrow));
+        else if (const auto* node = qgraphicsitem_cast<DiagramItem*>(item))
+            project.nodes.append(recordOf(*node));
+    }
+    for (const VLineInfo& vLine : vLines)
+        project.vLines.append(recordOf(vLine));
+    project.flows = flows;
+    return project;
+}
+
+void writeProject(QIODevice& device, const Project& project)
+{
+    QDataStream stream(&device);
+    writeList(stream, project.links);
+    writeList(stream, project.nodes);
+    writeList(stream, project.vLines);
+    writeList(stream, project.flows);
+}
+
+Project readProject(QIODevice& device)
+{
+    QDataStream stream(&device);
+    Project project;
+    readList(stream, project.links);
+    readList(stream, project.nodes);
+    readList(stream, project.vLines);
+    readList(stream, project.flows);
+    return project;
+}

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/planner/twin/NetworkDraft.h"
-#include "tests/planner/twin/RandomSource.h"
+#include "tests/support/RandomSource.h"
 
 /// Changes a few things of a draft that the reader must take as they come.
 void addOddities(RandomSource& random, NetworkDraft& draft);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/planner/twin/NetworkDraft.h"
-#include "tests/planner/twin/RandomSource.h"
+#include "tests/support/RandomSource.h"
 
 /// Grows nodes and links of a draft and finds ways through them.
 class RandomTopology

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/planner/twin/NetworkDraft.h"
-#include "tests/planner/twin/RandomSource.h"
 #include "tests/planner/twin/RandomTopology.h"
+#include "tests/support/RandomSource.h"
 
 /// How windows and periods of a draft are chosen.
 struct TrafficStyle {

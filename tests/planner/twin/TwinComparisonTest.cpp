@@ -1,7 +1,7 @@
 #include "tests/planner/twin/RandomOddities.h"
-#include "tests/planner/twin/RandomSource.h"
 #include "tests/planner/twin/RunRecord.h"
 #include "tests/support/Documents.h"
+#include "tests/support/RandomSource.h"
 #include "tests/support/ScheduleChecker.h"
 #include "tests/support/TemporaryFolder.h"
 

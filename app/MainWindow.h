@@ -36,6 +36,7 @@ class ShowVLineInfoForm;
 class TimeSlotInfo;
 class TopologyWindow;
 class VLineEditorForm;
+struct Project;
 
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
@@ -144,6 +145,7 @@ private:
     void addTrafficDock(QDockWidget* dock);
     void forgetGoneNode(const DiagramItem* node);
     void showStatus(const QString& text);
+    void showProject(const Project& project);
     int runStages();
     void loadSchedule();
 

@@ -49,9 +49,12 @@ void MainWindow::handleActionOpenProject()
     if (path.isEmpty())
         return;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    const Project project = readProject(file);
+    if (file.open(QIODevice::ReadOnly))
+        showProject(readProject(file));
+}
+
+void MainWindow::showProject(const Project& project)
+{
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);

@@ -35,6 +35,7 @@ struct MainWindowProbe {
     void addVLine(const VLineInfo& vLine) const { window.addVLineEditorTableItem(vLine); }
     void addFlow(const FlowInfo& flow) const { window.addFlowEditorTableItem(flow); }
     void generateInput() const { window.generate_vek_input(); }
+    void showProject(const Project& project) const { window.showProject(project); }
     void addVLinesOfProject(const QList<FileVLineInfo>& vLines) const
     {
         window.addVLineItemByProjectFile(vLines);
@@ -42,6 +43,11 @@ struct MainWindowProbe {
     void addFlowsOfProject(const QList<FlowInfo>& flows) const
     {
         window.addFlowItemByProjectFile(flows);
+    }
+
+    void importVekFile(const QString& input, const QString& output) const
+    {
+        window.importVekFile(input, output);
     }
 
     MainWindow& window;

@@ -8,9 +8,11 @@
 #include "traffic/VLineEditorForm.h"
 #include "traffic/VLineNodeSelectForm.h"
 
+#include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 
 #include <QDockWidget>
+#include <QMenuBar>
 #include <QToolBar>
 
 Studio::Studio()
@@ -35,6 +37,42 @@ void Studio::clickToolBar(const QString& text)
         if (action->text() == text)
             QTest::mouseClick(bar->widgetForAction(action), Qt::LeftButton);
     }
+}
+
+void Studio::clickFileMenu(const QString& text)
+{
+    auto* bar = window.findChild<QMenuBar*>(QStringLiteral("Menubar"));
+    QAction* file = bar->actions().first();
+    QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->actionGeometry(file).center());
+    QMenu* menu = file->menu();
+    if (!QTest::qWaitForWindowExposed(menu))
+        qFatal("the file menu does not open");
+    for (QAction* action : menu->actions()) {
+        if (action->text() != text)
+            continue;
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                          menu->actionGeometry(action).center());
+        return;
+    }
+    qFatal("the file menu has no such entry");
+}
+
+void Studio::openProject(const QString& path)
+{
+    DialogAnswers answers;
+    answers.expectFile(path);
+    clickFileMenu(QStringLiteral(u"打开工程"));
+    if (!answers.allAnswered())
+        qFatal("the project was not asked for");
+}
+
+void Studio::saveProject(const QString& path)
+{
+    DialogAnswers answers;
+    answers.expectFile(path);
+    clickFileMenu(QStringLiteral(u"保存工程"));
+    if (!answers.allAnswered())
+        qFatal("the project's name was not asked for");
 }
 
 DiagramItem* Studio::drawNode(DiagramItem::DiagramType type, const QPointF& center,

@@ -27,6 +27,11 @@ public:
     Editor editor;
 
     void clickToolBar(const QString& text);
+    /// Opens the file menu and clicks the entry.
+    void clickFileMenu(const QString& text);
+    /// "打开工程" and "保存工程" with this path typed into the file dialog.
+    void openProject(const QString& path);
+    void saveProject(const QString& path);
 
     /// Draws, names and fills a node through its dialog.
     DiagramItem* drawNode(DiagramItem::DiagramType type, const QPointF& center, const char* name);

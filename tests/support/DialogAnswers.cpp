@@ -63,6 +63,7 @@ bool DialogAnswers::answerFileDialog(QWidget* window)
         return false;
     m_seen.append(QStringLiteral("%1 [%2]").arg(dialog->windowTitle(),
                                                 dialog->nameFilters().join(QStringLiteral(";;"))));
+    m_allOwn = m_allOwn && dialog->testOption(QFileDialog::DontUseNativeDialog);
     if (m_expected.isEmpty() || m_expected.first().kind == Answer::MessageBox) {
         m_unexpected.append(m_seen.last());
         dialog->reject();

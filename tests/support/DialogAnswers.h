@@ -28,6 +28,8 @@ public:
     /// "caption: text" of each message box, and "caption [filter]" of each file dialog, in order.
     const QStringList& seen() const { return m_seen; }
     const QStringList& unexpected() const { return m_unexpected; }
+    /// Whether each file dialog so far was the toolkit's own, not the desktop's.
+    bool allFileDialogsWereOwn() const { return m_allOwn; }
     bool allAnswered() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
 
 private:
@@ -45,5 +47,6 @@ private:
     QList<Answer> m_expected;
     QStringList m_seen;
     QStringList m_unexpected;
+    bool m_allOwn = true;
     QPointer<QWidget> m_current;
 };

@@ -1,0 +1,454 @@
+#include "app/ImportVekForm.h"
+#include "app/OutportVekForm.h"
+
+#include "tests/app/Studio.h"
+#include "tests/support/DialogAnswers.h"
+#include "tests/support/DialogClicks.h"
+#include "tests/support/Documents.h"
+#include "tests/support/GuiTestMain.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDir>
+#include <QDockWidget>
+#include <QListWidget>
+#include <QPointer>
+#include <QTableWidget>
+
+// Importing a schedule from elsewhere and exporting the studio's own, through menu and dialogs.
+
+static QString u(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+/// One host and one switch; the schedule of one transmission between them.
+static QByteArray inputDocument(const char* hostName)
+{
+    return QByteArray("<vek_input><topology><hosts><host><hostname>\"") + hostName +
+           "\"</hostname><nodeID>0</nodeID></host></hosts><switches><switch><switchname>\"S\""
+           "</switchname><nodeID>1</nodeID></switch></switches></topology><flows/></vek_input>";
+}
+
+static QByteArray outputDocument(int cycle)
+{
+    return "<vek_output><schedCycle>" + QByteArray::number(cycle) +
+           "</schedCycle><slotLen>200</slotLen><flows><flow><Instance><flowID>1</flowID><seq>0</"
+           "seq>"
+           "<path_slot><talker><nodeID>0</nodeID><outport>0</outport><txslotID>2</txslotID></"
+           "talker>"
+           "<bridges><bridge><nodeID>1</nodeID><inport>0</inport><rxslotID>2</rxslotID>"
+           "<outport>1</outport><txslotID>3</txslotID></bridge></bridges><listeners/>"
+           "</path_slot></Instance></flow></flows></vek_output>";
+}
+
+static QString ownInput()
+{
+    return QDir::currentPath() + u("/ResourceXML/vek_input.xml");
+}
+
+static QString ownOutput()
+{
+    return QDir::currentPath() + u("/OutputXML/vek_output.xml");
+}
+
+template <typename Form>
+static Form* openedForm()
+{
+    Form* found = nullptr;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* form = qobject_cast<Form*>(widget); form && form->isVisible())
+            found = form;
+    }
+    if (!found || !QTest::qWaitForWindowExposed(found))
+        qFatal("the dialog does not open");
+    return found;
+}
+
+static void deleteWhatIsToBeDeleted()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// A studio in a folder of its own, with documents to import in the folder "given".
+struct ExchangeStudio {
+    TemporaryFolder folder;
+    LogCapture log;
+    Studio studio;
+    QString givenInput = folder.path(u("given/vek_input.xml"));
+    QString givenOutput = folder.path(u("given/vek_output.xml"));
+
+    ExchangeStudio()
+    {
+        writeFile(givenInput, inputDocument("given"));
+        writeFile(givenOutput, outputDocument(4000));
+    }
+
+    // Nobody else holds these dialogs, and an open one would block the next test's window.
+    ~ExchangeStudio()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<ImportVekForm*>(widget) || qobject_cast<OutportVekForm*>(widget))
+                delete widget;
+        }
+    }
+
+    ImportVekForm* openImport()
+    {
+        studio.clickFileMenu(u("导入vek规范"));
+        return openedForm<ImportVekForm>();
+    }
+
+    OutportVekForm* openExport()
+    {
+        studio.clickFileMenu(u("导出vek规范"));
+        return openedForm<OutportVekForm>();
+    }
+
+    /// Chooses a file or folder through a button of the form; an empty path cancels.
+    static void choose(QDialog* form, const char* button, const QString& path)
+    {
+        DialogAnswers answers;
+        if (path.isEmpty())
+            answers.expectCancelledFileDialog();
+        else
+            answers.expectFile(path);
+        clickButton(form, button);
+        if (!answers.allAnswered())
+            qFatal("no file dialog came");
+    }
+
+    /// Empty paths are not chosen at all.
+    void import(const QString& input, const QString& output)
+    {
+        const QPointer<ImportVekForm> form = openImport();
+        if (!input.isEmpty())
+            choose(form, "button_selectInput", input);
+        if (!output.isEmpty())
+            choose(form, "button_selectOutput", output);
+        clickButton(form, "button_import");
+        deleteWhatIsToBeDeleted();
+        if (form)
+            qFatal("the dialog is still there");
+    }
+
+    void exportTo(const QString& target)
+    {
+        const QPointer<OutportVekForm> form = openExport();
+        choose(form, "button_selectOutportPath", target);
+        clickButton(form, "button_outport");
+        deleteWhatIsToBeDeleted();
+        if (form)
+            qFatal("the dialog is still there");
+    }
+
+    QStringList listedNodes()
+    {
+        QStringList names;
+        const auto* list = studio.probe.planInfoDock()->findChild<QListWidget*>();
+        for (int row = 0; row < list->count(); ++row)
+            names.append(list->item(row)->text());
+        return names;
+    }
+};
+
+class DocumentExchangeTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void importFormHasItsTextsAndReadOnlyPaths()
+    {
+        ExchangeStudio exchange;
+        ImportVekForm* form = exchange.openImport();
+        QCOMPARE(form->objectName(), u("ImportForm"));
+        QCOMPARE(form->windowTitle(), u("导入Vek规范"));
+        QCOMPARE(form->size(), QSize(382, 259));
+        QVERIFY(form->isModal());
+        QVERIFY(!form->parent());
+        QVERIFY(lineEdit(form, "lineEdit_inputPath")->isReadOnly());
+        QVERIFY(lineEdit(form, "lineEdit_outputPath")->isReadOnly());
+        QTest::keyClicks(lineEdit(form, "lineEdit_inputPath"), u("/typed"));
+        QCOMPARE(lineEdit(form, "lineEdit_inputPath")->text(), QString());
+        QCOMPARE(form->findChild<QPushButton*>(u("button_import"))->text(), u("确认导入"));
+        QCOMPARE(form->findChild<QPushButton*>(u("button_cancel"))->text(), u("取消导入"));
+    }
+
+    void exportFormHasItsTextsAndReadOnlyPath()
+    {
+        ExchangeStudio exchange;
+        OutportVekForm* form = exchange.openExport();
+        QCOMPARE(form->objectName(), u("OutportVekForm"));
+        QCOMPARE(form->windowTitle(), u("导出Vek规范"));
+        QCOMPARE(form->size(), QSize(463, 153));
+        QVERIFY(form->isModal());
+        QVERIFY(!form->parent());
+        QVERIFY(lineEdit(form, "lineEdit_outportPath")->isReadOnly());
+        QVERIFY(form->findChild<QWidget*>(u("horizontalLayoutWidget"))
+                    ->isAncestorOf(lineEdit(form, "lineEdit_outportPath")));
+        QCOMPARE(form->findChild<QPushButton*>(u("button_outport"))->text(), u("确认导出"));
+    }
+
+    void fileDialogsHaveTheirCaptionsAndFilters()
+    {
+        ExchangeStudio exchange;
+        DialogAnswers answers;
+        ImportVekForm* importForm = exchange.openImport();
+        answers.expectCancelledFileDialog();
+        clickButton(importForm, "button_selectInput");
+        answers.expectCancelledFileDialog();
+        clickButton(importForm, "button_selectOutput");
+        clickButton(importForm, "button_cancel");
+        deleteWhatIsToBeDeleted();
+        OutportVekForm* exportForm = exchange.openExport();
+        answers.expectCancelledFileDialog();
+        clickButton(exportForm, "button_selectOutportPath");
+        QCOMPARE(answers.seen().mid(0, 2),
+                 (QStringList{u("导入vek_input.xml [vek_input(vek_input.xml)]"),
+                              u("导入vek_output.xml [vek_output(vek_output.xml)]")}));
+        QVERIFY(answers.seen().last().startsWith(u("请选择导出Vek规范的文件夹路径 [")));
+        QVERIFY(answers.allFileDialogsWereOwn());
+    }
+
+    void cancelledFileDialogEmptiesThePath()
+    {
+        ExchangeStudio exchange;
+        ImportVekForm* form = exchange.openImport();
+        ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
+        QCOMPARE(lineEdit(form, "lineEdit_inputPath")->text(), exchange.givenInput);
+        QCOMPARE(lineEdit(form, "lineEdit_inputPath")->cursorPosition(), 0);
+        ExchangeStudio::choose(form, "button_selectInput", QString());
+        QCOMPARE(lineEdit(form, "lineEdit_inputPath")->text(), QString());
+        clickButton(form, "button_cancel");
+        deleteWhatIsToBeDeleted();
+        OutportVekForm* exportForm = exchange.openExport();
+        ExchangeStudio::choose(exportForm, "button_selectOutportPath",
+                               exchange.folder.path(u("given")));
+        QCOMPARE(lineEdit(exportForm, "lineEdit_outportPath")->text(),
+                 exchange.folder.path(u("given")));
+        QCOMPARE(lineEdit(exportForm, "lineEdit_outportPath")->cursorPosition(), 0);
+        ExchangeStudio::choose(exportForm, "button_selectOutportPath", QString());
+        QCOMPARE(lineEdit(exportForm, "lineEdit_outportPath")->text(), QString());
+    }
+
+    void cancellingTheImportFreesTheDialog()
+    {
+        ExchangeStudio exchange;
+        const QPointer<ImportVekForm> form = exchange.openImport();
+        clickButton(form, "button_cancel");
+        deleteWhatIsToBeDeleted();
+        QVERIFY(form.isNull());
+    }
+
+    void cancellingTheExportOnlyClosesTheDialog()
+    {
+        ExchangeStudio exchange;
+        const QPointer<OutportVekForm> form = exchange.openExport();
+        clickButton(form, "button_cancel");
+        deleteWhatIsToBeDeleted();
+        QVERIFY(!form.isNull());
+        QVERIFY(!form->isVisible());
+        OutportVekForm* next = exchange.openExport();
+        QVERIFY(next != form);
+    }
+
+    void importDialogClosedByEscapeFreesItself()
+    {
+        ExchangeStudio exchange;
+        const QPointer<ImportVekForm> form = exchange.openImport();
+        QTest::keyClick(form, Qt::Key_Escape);
+        deleteWhatIsToBeDeleted();
+        QVERIFY(form.isNull());
+    }
+
+    void importWithOnePathMissingDoesNothing_data()
+    {
+        QTest::addColumn<bool>("inputGiven");
+        QTest::newRow("input missing") << false;
+        QTest::newRow("output missing") << true;
+    }
+
+    void importWithOnePathMissingDoesNothing()
+    {
+        QFETCH(bool, inputGiven);
+        ExchangeStudio exchange;
+        exchange.import(inputGiven ? exchange.givenInput : QString(),
+                        inputGiven ? QString() : exchange.givenOutput);
+        QVERIFY(!QFile::exists(ownInput()));
+        QVERIFY(!QFile::exists(ownOutput()));
+        QVERIFY(!exchange.studio.probe.planInfoDock());
+    }
+
+    void importOfTheOwnInputDoesNothing()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        writeFile(ownOutput(), outputDocument(1000));
+        exchange.import(ownInput(), exchange.givenOutput);
+        QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QCOMPARE(readFile(ownOutput()), outputDocument(1000));
+        QVERIFY(!exchange.studio.probe.planInfoDock());
+        QCOMPARE(exchange.studio.probe.schedCycle(), 0); // not even loaded
+    }
+
+    void importOfTheOwnOutputDoesNothing()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        writeFile(ownOutput(), outputDocument(1000));
+        exchange.import(exchange.givenInput, ownOutput());
+        QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QVERIFY(!exchange.studio.probe.planInfoDock());
+    }
+
+    void importBeforeAnyRunMakesBothFoldersAndOpensTheDock()
+    {
+        ExchangeStudio exchange;
+        QVERIFY(!QDir(u("ResourceXML")).exists());
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        QCOMPARE(readFile(ownInput()), inputDocument("given"));
+        QCOMPARE(readFile(ownOutput()), outputDocument(4000));
+        QVERIFY(exchange.studio.probe.planInfoDock());
+        QVERIFY(!exchange.studio.probe.planInfoDock()->isHidden());
+        QCOMPARE(exchange.listedNodes(), (QStringList{u("given"), u("S")}));
+        QCOMPARE(exchange.studio.probe.schedCycle(), 4000);
+        QVERIFY(!QFile::exists(QDir::currentPath() + u("/OutputXML/vek_hs.xml")));
+    }
+
+    void importMakesTheFoldersEvenWhenItStopsThere()
+    {
+        ExchangeStudio exchange;
+        exchange.studio.probe.importVekFile(QString(), exchange.givenOutput);
+        QVERIFY(QDir(u("ResourceXML")).exists());
+        QVERIFY(QDir(u("OutputXML")).exists());
+    }
+
+    void importReplacesTheDocumentsAndTheShownSchedule()
+    {
+        ExchangeStudio exchange;
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        writeFile(QDir::currentPath() + u("/OutputXML/vek_hs.xml"), "kept");
+        writeFile(exchange.folder.path(u("second/vek_input.xml")), inputDocument("second"));
+        writeFile(exchange.folder.path(u("second/vek_output.xml")), outputDocument(8000));
+        exchange.import(exchange.folder.path(u("second/vek_input.xml")),
+                        exchange.folder.path(u("second/vek_output.xml")));
+        QCOMPARE(readFile(ownInput()), inputDocument("second"));
+        QCOMPARE(exchange.listedNodes(), (QStringList{u("second"), u("S")}));
+        QCOMPARE(exchange.studio.probe.schedCycle(), 8000);
+        QCOMPARE(readFile(u("OutputXML/vek_hs.xml")), QByteArray("kept"));
+    }
+
+    void hiddenDockStaysHiddenOnImport()
+    {
+        ExchangeStudio exchange;
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        exchange.studio.clickToolBar(u("规划结果"));
+        QVERIFY(exchange.studio.probe.planInfoDock()->isHidden());
+        writeFile(exchange.givenOutput, outputDocument(8000));
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        QVERIFY(exchange.studio.probe.planInfoDock()->isHidden());
+        QCOMPARE(exchange.studio.probe.schedCycle(), 8000);
+    }
+
+    void importLeavesDrawingAndTablesAlone()
+    {
+        ExchangeStudio exchange;
+        exchange.studio.drawSmallNetwork();
+        exchange.studio.defineVLine("1", {{u("A"), u("S1"), u("S2"), u("B")}});
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        QCOMPARE(exchange.studio.editor.nodes().size(), 5);
+        QCOMPARE(exchange.studio.probe.vLineTable()->rowCount(), 1);
+    }
+
+    void sourceThatIsGoneStillRemovesTheOwnDocument()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        writeFile(ownOutput(), outputDocument(1000));
+        const QPointer<ImportVekForm> form = exchange.openImport();
+        ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
+        ExchangeStudio::choose(form, "button_selectOutput", exchange.givenOutput);
+        QVERIFY(QFile::remove(exchange.givenInput));
+        clickButton(form, "button_import");
+        QVERIFY(!QFile::exists(ownInput()));
+        QCOMPARE(readFile(ownOutput()), outputDocument(4000));
+    }
+
+    void exportBeforeAnyRunMakesTwoEmptyFolders()
+    {
+        ExchangeStudio exchange;
+        const QString target = exchange.folder.path(u("target"));
+        QVERIFY(QDir().mkpath(target));
+        exchange.exportTo(target);
+        QCOMPARE(QDir(target).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+                 (QStringList{u("OutputXML"), u("ResourceXML")}));
+        QVERIFY(QDir(target + u("/ResourceXML")).isEmpty());
+        QVERIFY(QDir(target + u("/OutputXML")).isEmpty());
+    }
+
+    void secondExportKeepsTheFilesOfTheFirst()
+    {
+        ExchangeStudio exchange;
+        const QString target = exchange.folder.path(u("target"));
+        QVERIFY(QDir().mkpath(target));
+        writeFile(ownInput(), inputDocument("first"));
+        writeFile(ownOutput(), outputDocument(1000));
+        writeFile(QDir::currentPath() + u("/OutputXML/vek_hs.xml"), "not exported");
+        exchange.exportTo(target);
+        QCOMPARE(readFile(target + u("/ResourceXML/vek_input.xml")), inputDocument("first"));
+        QCOMPARE(readFile(target + u("/OutputXML/vek_output.xml")), outputDocument(1000));
+        QVERIFY(!QFile::exists(target + u("/OutputXML/vek_hs.xml")));
+        writeFile(ownInput(), inputDocument("second"));
+        writeFile(ownOutput(), outputDocument(2000));
+        exchange.exportTo(target);
+        QCOMPARE(readFile(target + u("/ResourceXML/vek_input.xml")), inputDocument("first"));
+        QCOMPARE(readFile(target + u("/OutputXML/vek_output.xml")), outputDocument(1000));
+    }
+
+    void exportWithoutAFolderDoesNothing()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        const QPointer<OutportVekForm> form = exchange.openExport();
+        clickButton(form, "button_outport");
+        deleteWhatIsToBeDeleted();
+        QVERIFY(form.isNull());
+        QCOMPARE(QDir().entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+                 (QStringList{u("given"), u("ResourceXML")}));
+    }
+
+    void toolBarOfTheDockOpensTheSameDialogs()
+    {
+        ExchangeStudio exchange;
+        exchange.studio.clickToolBar(u("规划结果"));
+        const auto trigger = [&](const QString& text) {
+            for (QAction* action : exchange.studio.probe.planInfoDock()->findChildren<QAction*>()) {
+                if (action->text().contains(text))
+                    action->trigger();
+            }
+        };
+        trigger(u("导入"));
+        clickButton(openedForm<ImportVekForm>(), "button_cancel");
+        deleteWhatIsToBeDeleted();
+        trigger(u("导出"));
+        openedForm<OutportVekForm>();
+    }
+
+    void exportedScheduleComesBackByImport()
+    {
+        ExchangeStudio exchange;
+        exchange.import(exchange.givenInput, exchange.givenOutput);
+        const QString target = exchange.folder.path(u("target"));
+        QVERIFY(QDir().mkpath(target));
+        exchange.exportTo(target);
+        QVERIFY(QFile::remove(ownInput()));
+        QVERIFY(QFile::remove(ownOutput()));
+        exchange.import(target + u("/ResourceXML/vek_input.xml"),
+                        target + u("/OutputXML/vek_output.xml"));
+        QCOMPARE(readFile(ownInput()), inputDocument("given"));
+        QCOMPARE(exchange.listedNodes(), (QStringList{u("given"), u("S")}));
+    }
+};
+
+ROTUNDA_GUI_TEST_MAIN(DocumentExchangeTest)
+#include "DocumentExchangeTest.moc"

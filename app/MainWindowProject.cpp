@@ -56,6 +56,7 @@ void MainWindow::handleActionOpenProject()
 void MainWindow::showProject(const Project& project)
 {
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
+    topologyWindow->bringDrawingIntoView();
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);
 }

@@ -45,6 +45,12 @@ DiagramScene* TopologyWindow::getScence()
     return scene;
 }
 
+void TopologyWindow::bringDrawingIntoView()
+{
+    if (!scene->items().isEmpty() && view->items(view->viewport()->rect()).isEmpty())
+        view->centerOn(scene->itemsBoundingRect().center());
+}
+
 void TopologyWindow::updateGraphics()
 {
     scene->update();

@@ -31,6 +31,9 @@ public:
     TopologyWindow();
     ~TopologyWindow() override;
 
+    /// Scrolls to the drawing when no item of it is in view.
+    void bringDrawingIntoView();
+
 public slots:
     /// Repaints scene and view.
     void updateGraphics();

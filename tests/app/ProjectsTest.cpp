@@ -314,6 +314,23 @@ private slots:
         QCOMPARE(project.studio.probe.flowInfoList().size(), 2);
     }
 
+    void openedDrawingIsInViewAndTheViewStaysWhenPartOfItIs()
+    {
+        ProjectStudio project;
+        QGraphicsView* view = project.studio.editor.view();
+        view->centerOn(4000, 4000);
+        project.open(bytesOf(smallProject()));
+        QVERIFY(!view->items(view->viewport()->rect()).isEmpty());
+        view->centerOn(500, 300);
+        const QPointF before = view->mapToScene(0, 0);
+        project.open(bytesOf(smallProject()));
+        QCOMPARE(view->mapToScene(0, 0), before);
+        view->centerOn(4000, 4000);
+        const QPointF away = view->mapToScene(0, 0);
+        project.open(QByteArray(16, '\0'));
+        QCOMPARE(view->mapToScene(0, 0), away);
+    }
+
     void scheduleAndItsDocumentsOutliveOpening()
     {
         ProjectStudio project;

@@ -1,7 +1,9 @@
 #include "tools/tour/Tour.h"
 
 #include "app/FlowScheduleForm.h"
+#include "app/ImportVekForm.h"
 #include "app/MainWindow.h"
+#include "app/OutportVekForm.h"
 #include "traffic/AddVLineForm.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/VLineEditorForm.h"
@@ -9,10 +11,13 @@
 #include "tests/app/Studio.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDebug>
 #include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -54,6 +59,11 @@ static void clickButton(const char* name)
                       Qt::LeftButton);
 }
 
+static QString drawnProject()
+{
+    return QStringLiteral("drawn-network.rotpro");
+}
+
 static void chooseFile(const QString& path)
 {
     auto* edit =
@@ -70,8 +80,9 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addStartStages();
     addDrawingStages();
     addDrawnRunStages();
+    addExchangeStages();
     for (const char* example : {"avionics-line", "ring", "industrial-tree"})
-        addRunStages(QString::fromUtf8(example));
+        addExampleStages(QString::fromUtf8(example));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
@@ -123,48 +134,109 @@ void Tour::addDrawingStages()
                         }});
 }
 
+// Saves what was drawn, plans it and reads its send table.
 void Tour::addDrawnRunStages()
 {
     m_stages.push_back({QStringLiteral("flows"),
                         [this] { return m_studio->probe.flowInfoList().size() == 3; },
+                        [this] { m_studio->clickFileMenu(QStringLiteral(u"保存工程")); }});
+    m_stages.push_back({QStringLiteral("save-project"), &isShown<QFileDialog>,
+                        [] { chooseFile(QDir::current().absoluteFilePath(drawnProject())); }});
+    m_stages.push_back({QStringLiteral("project-saved"),
+                        [] { return !isShown<QFileDialog>() && QFile::exists(drawnProject()); },
                         [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
-    m_stages.push_back({QStringLiteral("schedule-dialog"), &isShown<FlowScheduleForm>,
-                        [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
-    addOutcomeStage(QStringLiteral("drawn-network-planned"));
-    m_stages.push_back(
-        {QStringLiteral("after-the-run"),
-         [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
-         [this] {
-             QDir().rename(QStringLiteral("ResourceXML"), QStringLiteral("drawn-ResourceXML"));
-             QDir().rename(QStringLiteral("OutputXML"), QStringLiteral("drawn-OutputXML"));
-         }});
+    addRunStages(QStringLiteral("drawn-network"));
+    m_stages.push_back({QStringLiteral("drawn-network-send-table"),
+                        [this] { return m_studio->probe.planInfoDock() != nullptr; },
+                        [this] { m_studio->clickFileMenu(QStringLiteral(u"导出vek规范")); }});
 }
 
-// Plans an example, then shows its schedule.
-void Tour::addRunStages(const QString& example)
+// Exports the schedule of the drawn network and shows how it would come back.
+void Tour::addExchangeStages()
 {
-    m_stages.push_back({example + QStringLiteral("-start"), [] { return !isShown<QMessageBox>(); },
-                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
-    m_stages.push_back({example + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
-                        [] { clickButton<FlowScheduleForm>("PlanByUserInputButton"); }});
+    m_stages.push_back({QStringLiteral("export-dialog"), &isShown<OutportVekForm>,
+                        [] { clickButton<OutportVekForm>("button_selectOutportPath"); }});
+    m_stages.push_back({QStringLiteral("export-choose-folder"), &isShown<QFileDialog>, [] {
+                            QDir().mkdir(QStringLiteral("exported"));
+                            chooseFile(
+                                QDir::current().absoluteFilePath(QStringLiteral("exported")));
+                        }});
+    m_stages.push_back({QStringLiteral("export-folder-chosen"),
+                        [] { return !isShown<QFileDialog>(); },
+                        [] { clickButton<OutportVekForm>("button_outport"); }});
+    m_stages.push_back({QStringLiteral("exported"), [] { return !isShown<OutportVekForm>(); },
+                        [this] { m_studio->clickFileMenu(QStringLiteral(u"导入vek规范")); }});
+    m_stages.push_back({QStringLiteral("import-dialog"), &isShown<ImportVekForm>,
+                        [] { clickButton<ImportVekForm>("button_cancel"); }});
+}
+
+// Opens an example, plans it, then shows its schedule.
+void Tour::addExampleStages(const QString& example)
+{
+    m_stages.push_back({example + QStringLiteral("-start"),
+                        [] { return !isShown<ImportVekForm>() && !isShown<QMessageBox>(); },
+                        [this] { m_studio->clickFileMenu(QStringLiteral(u"打开工程")); }});
     m_stages.push_back(
-        {example + QStringLiteral("-choose-document"), &isShown<QFileDialog>, [this, example] {
-             chooseFile(m_examples + QLatin1Char('/') + example + QStringLiteral("/vek_input.xml"));
+        {example + QStringLiteral("-choose-project"), &isShown<QFileDialog>, [this, example] {
+             chooseFile(QStringLiteral("%1/%2/%2.rotpro").arg(m_examples, example));
          }});
-    addOutcomeStage(example + QStringLiteral("-planned"));
-    m_stages.push_back({example + QStringLiteral("-run-over"),
-                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
-                        [this] { showBusiestNode(); }});
+    m_stages.push_back({example + QStringLiteral("-opened"), [] { return !isShown<QFileDialog>(); },
+                        [this] { makeRoomForTheDrawing(); }});
+    m_stages.push_back({example + QStringLiteral("-scaled"),
+                        [this] { return m_studio->editor.view()->height() > 600; },
+                        [this] {
+                            m_studio->editor.view()->centerOn(
+                                m_studio->editor.scene()->itemsBoundingRect().center());
+                        }});
+    m_stages.push_back({example, [] { return true; },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    addRunStages(example);
     m_stages.push_back({example + QStringLiteral("-schedule"),
                         [this] { return m_studio->probe.planInfoDock() != nullptr; }, [] {}});
+}
+
+// Plans what is drawn and leaves the dock open on the schedule.
+void Tour::addRunStages(const QString& name)
+{
+    m_stages.push_back({name + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
+                        [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
+    addOutcomeStage(name + QStringLiteral("-planned"));
+    m_stages.push_back({name + QStringLiteral("-run-over"),
+                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+                        [this, name] {
+                            keepDocuments(name);
+                            showBusiestNode();
+                        }});
+}
+
+// Copies the documents of a run to a folder of their own; the next run replaces them.
+void Tour::keepDocuments(const QString& name)
+{
+    QDir().mkpath(name);
+    for (const char* document :
+         {"ResourceXML/vek_input.xml", "OutputXML/vek_hs.xml", "OutputXML/vek_output.xml"}) {
+        const QString source = QString::fromUtf8(document);
+        QFile::copy(source, name + QLatin1Char('/') + QFileInfo(source).fileName());
+    }
+}
+
+// Hides the docks and scales the drawing to fit.
+void Tour::makeRoomForTheDrawing()
+{
+    for (QDockWidget* dock : m_studio->window.findChildren<QDockWidget*>())
+        dock->hide();
+    const QRectF drawing = m_studio->editor.scene()->itemsBoundingRect();
+    const bool isLarge = drawing.width() > 940 || drawing.height() > 640;
+    TopologyWindowProbe::scales(m_studio->editor.window)
+        ->setCurrentText(isLarge ? QStringLiteral("50%") : QStringLiteral("100%"));
 }
 
 // Opens the plan result dock alone and chooses the node that sends on most ports.
 void Tour::showBusiestNode()
 {
-    for (QDockWidget* dock : {m_studio->probe.vLineDock(), m_studio->probe.flowDock()})
-        dock->hide();
-    if (!m_studio->probe.planInfoDock())
+    m_studio->probe.vLineDock()->hide();
+    m_studio->probe.flowDock()->hide();
+    if (!m_studio->probe.planInfoDock() || m_studio->probe.planInfoDock()->isHidden())
         m_studio->clickToolBar(QStringLiteral(u"规划结果"));
     const NodeInfo_Xml& schedule = m_studio->probe.sendNodeInfo();
     auto* nodes = m_studio->probe.planInfoDock()->findChild<QListWidget*>();

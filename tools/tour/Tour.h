@@ -36,7 +36,11 @@ private:
     void addStartStages();
     void addDrawingStages();
     void addDrawnRunStages();
-    void addRunStages(const QString& example);
+    void addExchangeStages();
+    void addExampleStages(const QString& example);
+    void addRunStages(const QString& name);
+    static void keepDocuments(const QString& name);
+    void makeRoomForTheDrawing();
     void showBusiestNode();
     void addOutcomeStage(const QString& name);
     void look();

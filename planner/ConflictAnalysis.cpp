@@ -1,10 +1,9 @@
 #include "planner/ConflictAnalysis.h"
 
 #include "planner/ConflictResolution.h"
+#include "planner/PlanningLog.h"
 #include "planner/PortLookup.h"
 #include "planner/WindowSort.h"
-
-#include <QDebug>
 
 #include <algorithm>
 #include <unordered_map>
@@ -180,7 +179,7 @@ WorstPort measureDegrees(TTPlanner& planner)
 
 std::list<Node> convertInstancesToNodes(const std::list<TTStreamInstance>& instanceList)
 {
-    qDebug() << "converting Instance to Node----------";
+    qCDebug(planningLog) << "converting Instance to Node----------";
     PortGrouping grouping;
     for (const TTStreamInstance& instance : instanceList) {
         for (const VirtualLinkPath& path : instance.paths) {
@@ -189,7 +188,7 @@ std::list<Node> convertInstancesToNodes(const std::list<TTStreamInstance>& insta
                 grouping.addInstanceToPort(instance, hop.nodeID, hop.outport);
         }
     }
-    qDebug() << "converting Instance to Node End----------";
+    qCDebug(planningLog) << "converting Instance to Node End----------";
     return grouping.take();
 }
 
@@ -217,15 +216,15 @@ quint32 countWindowOverlaps(std::vector<SlotWindow>& windows)
 
 qint32 calculateConflictDegree(TTPlanner& planner)
 {
-    qDebug() << "Conflict Degree Calculating----------";
+    qCDebug(planningLog) << "Conflict Degree Calculating----------";
     const WorstPort worst = measureDegrees(planner);
-    qDebug() << "Conflict Degree Calculating End----------";
-    qDebug() << "maxDegree:" << worst.maxDegree << "node:" << worst.nodeID
-             << "outport:" << worst.outport;
+    qCDebug(planningLog) << "Conflict Degree Calculating End----------";
+    qCDebug(planningLog) << "maxDegree:" << worst.maxDegree << "node:" << worst.nodeID
+                         << "outport:" << worst.outport;
     if (worst.maxDegree == 0)
         return 0;
     const qint32 result = conflictResolve(planner, worst.nodeID, worst.outport);
-    qDebug() << "Resolve:" << result;
+    qCDebug(planningLog) << "Resolve:" << result;
     if (result != code::ok)
         return result;
     flowStatusRevise(planner, worst.nodeID, worst.outport);
@@ -235,7 +234,7 @@ qint32 calculateConflictDegree(TTPlanner& planner)
 
 void flowStatusRevise(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
-    qDebug() << "flowStatusRevise-----";
+    qCDebug(planningLog) << "flowStatusRevise-----";
     if (NodeOutport* port = findPort(planner, nodeID, outport)) {
         const MasterIndex master = indexMaster(planner);
         for (TTStreamInstance& copy : port->instances) {
@@ -245,7 +244,7 @@ void flowStatusRevise(TTPlanner& planner, quint16 nodeID, quint16 outport)
                 *record->second = copy;
         }
     }
-    qDebug() << "flowStatusRevise end-----";
+    qCDebug(planningLog) << "flowStatusRevise end-----";
 }
 
 qint32 reviseWindows(const TTPlanner& planner, quint16 nodeID, quint16 outport,

@@ -1,9 +1,8 @@
 #include "planner/ConflictResolution.h"
 
+#include "planner/PlanningLog.h"
 #include "planner/PortLookup.h"
 #include "planner/SlotTable.h"
-
-#include <QDebug>
 
 namespace planner
 {
@@ -51,10 +50,10 @@ public:
             return true;
         m_window = hop.window();
         m_isBridge = hop.bridge != nullptr;
-        qDebug() << "冲突窗口: [" << m_window.start << "," << m_window.end << "]";
+        qCDebug(planningLog) << "冲突窗口: [" << m_window.start << "," << m_window.end << "]";
         if (!takeFirstFreeSlot() || !lookAhead(std::next(current), end))
             return false;
-        qDebug() << "冲突窗口分配时隙:" << m_slot;
+        qCDebug(planningLog) << "冲突窗口分配时隙:" << m_slot;
         assign(*current, hop);
         m_table.setUsed(m_slot, true);
         return true;
@@ -65,7 +64,7 @@ private:
 
     static bool fail(int exitNumber)
     {
-        qDebug() << "line:" << exitNumber << "CONFLICT_RESOLVE_FAIL";
+        qCDebug(planningLog) << "line:" << exitNumber << "CONFLICT_RESOLVE_FAIL";
         return false;
     }
 
@@ -151,7 +150,7 @@ private:
             if (claimed > later.end)
                 return fail(exits().laterIsFull);
         }
-        qDebug() << "temptxslot" << claimed;
+        qCDebug(planningLog) << "temptxslot" << claimed;
         m_table.setUsed(claimed, true);
         while (m_table.used(m_slot))
             m_slot = addSlots(m_slot, 1);
@@ -202,7 +201,7 @@ private:
 
 qint32 conflictResolve(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
-    qDebug() << "conflictResolve";
+    qCDebug(planningLog) << "conflictResolve";
     NodeOutport* port = findPort(planner, nodeID, outport);
     if (!port)
         return code::ok;

@@ -1,30 +1,32 @@
 #include "planner/DebugDump.h"
-
-#include <QDebug>
+#include "planner/PlanningLog.h"
 
 namespace planner
 {
 
 static void printPath(const VirtualLinkPath& path)
 {
-    qDebug() << "  talker  :" << path.talkerNodeID << path.talkerOutport;
-    qDebug() << "    talker schedtxwin:" << path.schedtxwin.start << path.schedtxwin.end;
+    qCDebug(planningLog) << "  talker  :" << path.talkerNodeID << path.talkerOutport;
+    qCDebug(planningLog) << "    talker schedtxwin:" << path.schedtxwin.start
+                         << path.schedtxwin.end;
     for (const BridgeHop& hop : path.bridges) {
-        qDebug() << "  bridge  :" << hop.nodeID << hop.outport;
-        qDebug() << "    bridge schedtxwin:" << hop.schedtxwin.start << hop.schedtxwin.end;
+        qCDebug(planningLog) << "  bridge  :" << hop.nodeID << hop.outport;
+        qCDebug(planningLog) << "    bridge schedtxwin:" << hop.schedtxwin.start
+                             << hop.schedtxwin.end;
     }
-    qDebug() << "  listener:" << path.listenerNodeID << path.listenerInport;
-    qDebug() << "    listener schedrxwin:" << path.schedrxwin.start << path.schedrxwin.end;
-    qDebug() << "    -----------------------";
-    qDebug() << "";
+    qCDebug(planningLog) << "  listener:" << path.listenerNodeID << path.listenerInport;
+    qCDebug(planningLog) << "    listener schedrxwin:" << path.schedrxwin.start
+                         << path.schedrxwin.end;
+    qCDebug(planningLog) << "    -----------------------";
+    qCDebug(planningLog) << "";
 }
 
 void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
 {
-    qDebug() << "print TTStreamInstanceList";
+    qCDebug(planningLog) << "print TTStreamInstanceList";
     for (const TTStreamInstance& instance : instances) {
-        qDebug() << "  flowID:" << instance.flowID;
-        qDebug() << "  seq:" << instance.seq;
+        qCDebug(planningLog) << "  flowID:" << instance.flowID;
+        qCDebug(planningLog) << "  seq:" << instance.seq;
         for (const VirtualLinkPath& path : instance.paths)
             printPath(path);
     }
@@ -32,11 +34,11 @@ void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
 
 void printNodeList(const TTPlanner& planner)
 {
-    qDebug() << "print nodeList";
+    qCDebug(planningLog) << "print nodeList";
     for (const Node& node : planner.nodeList) {
-        qDebug() << "nodeID:" << node.nodeID;
+        qCDebug(planningLog) << "nodeID:" << node.nodeID;
         for (const NodeOutport& port : node.outports) {
-            qDebug() << "outport:" << port.outport;
+            qCDebug(planningLog) << "outport:" << port.outport;
             printTTStreamInstanceList(port.instances);
         }
     }
@@ -44,27 +46,27 @@ void printNodeList(const TTPlanner& planner)
 
 void printTopologyInfo(const PlanningContext& context)
 {
-    qDebug() << "printTopologyInfo-------";
+    qCDebug(planningLog) << "printTopologyInfo-------";
     for (const HostInfo& host : context.hosts)
-        qDebug() << "host:" << host.name << host.nodeID << host.MTU << host.buffernum;
+        qCDebug(planningLog) << "host:" << host.name << host.nodeID << host.MTU << host.buffernum;
     for (const SwitchInfo& info : context.switches)
-        qDebug() << "switch:" << info.name << info.nodeID << info.portnum << info.MTU
-                 << info.buffernum;
+        qCDebug(planningLog) << "switch:" << info.name << info.nodeID << info.portnum << info.MTU
+                             << info.buffernum;
     for (const LinkInfo& link : context.links)
-        qDebug() << "link:" << link.srcnode << link.srcport << link.dstnode << link.dstport
-                 << link.bandwidth;
-    qDebug() << "printTopologyInfo end-------";
+        qCDebug(planningLog) << "link:" << link.srcnode << link.srcport << link.dstnode
+                             << link.dstport << link.bandwidth;
+    qCDebug(planningLog) << "printTopologyInfo end-------";
 }
 
 void printVirtualLink(const PlanningContext& context)
 {
-    qDebug() << "printVirtualLink-------";
+    qCDebug(planningLog) << "printVirtualLink-------";
     for (const VirtualLink& virtualLink : context.virtualLinks) {
-        qDebug() << "vlid:" << virtualLink.vlid;
+        qCDebug(planningLog) << "vlid:" << virtualLink.vlid;
         for (const VirtualLinkPath& path : virtualLink.paths)
             printPath(path);
     }
-    qDebug() << "printVirtualLink end-------";
+    qCDebug(planningLog) << "printVirtualLink end-------";
 }
 
 } // namespace planner

@@ -1,8 +1,8 @@
 #include "planner/InputDocument.h"
 
 #include "planner/DocumentAccess.h"
+#include "planner/PlanningLog.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QStringList>
 
@@ -215,21 +215,21 @@ bool readFlow(PlanningContext& context, const XMLElement* element)
 
 qint32 readInputFile(PlanningContext& context, const QString& path)
 {
-    qDebug() << path;
+    qCDebug(planningLog) << path;
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
     const tinyxml2::XMLError error = document.LoadFile(path.toUtf8().constData());
     if (error != tinyxml2::XML_SUCCESS) {
-        qDebug() << "INPUT_XML_PARSE_ERR:" << static_cast<int>(error);
+        qCDebug(planningLog) << "INPUT_XML_PARSE_ERR:" << static_cast<int>(error);
         return code::unreadable;
     }
-    qDebug() << "parsing vek_hs.xml----------";
+    qCDebug(planningLog) << "parsing vek_hs.xml----------";
     try {
         const XMLElement* root = rootElement(document);
         readTopology(context, requiredChild(root, "topology"));
         readVirtualLinks(context, requiredChild(root, "virtuallinks"));
         readFlows(context, requiredChild(root, "flows"));
     } catch (const DocumentError& damage) {
-        qDebug().noquote() << "vek_input.xml:" << damage.message();
+        qCDebug(planningLog).noquote() << "vek_input.xml:" << damage.message();
         return code::unreadable;
     }
     return code::ok;
@@ -239,7 +239,7 @@ qint32 readInputFile(PlanningContext& context, const QString& path)
 
 qint32 readInputDocument(PlanningContext& context)
 {
-    qDebug() << "finding vek_input.xml----------";
+    qCDebug(planningLog) << "finding vek_input.xml----------";
     QDir folder(QDir::currentPath());
     if (!folder.cd(QStringLiteral("ResourceXML")))
         return code::folderMissing;
@@ -286,7 +286,7 @@ qint32 readFlows(PlanningContext& context, const XMLElement* flows)
     for (const XMLElement* element = flows->FirstChildElement("flow"); element;
          element = element->NextSiblingElement()) {
         if (isTimeTriggered(element) && !readFlow(context, element)) {
-            qDebug() << "flow info does not match the virtual link information";
+            qCDebug(planningLog) << "flow info does not match the virtual link information";
             return code::unreadable;
         }
     }

@@ -3,8 +3,8 @@
 #include "planner/DocumentAccess.h"
 #include "planner/DocumentWriter.h"
 #include "planner/InputDocument.h"
+#include "planner/PlanningLog.h"
 
-#include <QDebug>
 #include <QDir>
 
 #include <tinyxml2.h>
@@ -176,18 +176,18 @@ void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
 
 qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
 {
-    qDebug() << path;
+    qCDebug(planningLog) << path;
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
     if (document.LoadFile(path.toUtf8().constData()) != tinyxml2::XML_SUCCESS)
         return code::unreadable;
-    qDebug() << "parsing vek_hs.xml----------";
+    qCDebug(planningLog) << "parsing vek_hs.xml----------";
     try {
         readDocument(planner, document);
     } catch (const DocumentError& damage) {
-        qDebug().noquote() << "vek_hs.xml:" << damage.message();
+        qCDebug(planningLog).noquote() << "vek_hs.xml:" << damage.message();
         return code::unreadable;
     }
-    qDebug() << "parsing vek_hs.xml end----------";
+    qCDebug(planningLog) << "parsing vek_hs.xml end----------";
     return code::ok;
 }
 
@@ -212,7 +212,7 @@ void writeHsDocument(const PlanningContext& context)
 
 qint32 readIntermediateDocument(TTPlanner& planner)
 {
-    qDebug() << "finding vek_hs.xml----------";
+    qCDebug(planningLog) << "finding vek_hs.xml----------";
     planner.maxRxSlot = 0;
     QDir folder(QDir::currentPath());
     if (!folder.cd(QStringLiteral("OutputXML")))
@@ -222,7 +222,7 @@ qint32 readIntermediateDocument(TTPlanner& planner)
         if (result != code::ok)
             return result;
     }
-    qDebug() << "Parsing vek_hs.xml End----------";
+    qCDebug(planningLog) << "Parsing vek_hs.xml End----------";
     return code::ok;
 }
 

@@ -3,8 +3,7 @@
 #include "planner/DebugDump.h"
 #include "planner/InputDocument.h"
 #include "planner/IntermediateDocument.h"
-
-#include <QDebug>
+#include "planner/PlanningLog.h"
 
 #include <algorithm>
 #include <limits>
@@ -117,13 +116,14 @@ qint32 preProcess(PlanningContext& context)
     if (readResult < 0)
         return readResult;
     context.clusterCycle = computeClusterCycle(context);
-    qDebug() << "clusterCycle:" << context.clusterCycle;
+    qCDebug(planningLog) << "clusterCycle:" << context.clusterCycle;
     const qint32 windowResult = checkTimeWindows(context);
     if (windowResult != code::ok)
         return windowResult;
     if (countInstances(context) > maxInstances) {
-        qDebug() << "planning: the cycle of" << context.clusterCycle << "us holds"
-                 << countInstances(context) << "transmissions, more than" << maxInstances;
+        qCDebug(planningLog) << "planning: the cycle of" << context.clusterCycle << "us holds"
+                             << countInstances(context) << "transmissions, more than"
+                             << maxInstances;
         return code::unreadable;
     }
     expandInstances(context);
@@ -143,7 +143,7 @@ quint32 computeClusterCycle(PlanningContext& context)
 
 quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
 {
-    qDebug() << periods;
+    qCDebug(planningLog) << periods;
     while (periods.size() > 1) {
         for (size_t i = 0; i + 1 < periods.size(); ++i) {
             const quint32 a = periods[i];
@@ -152,7 +152,7 @@ quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
             periods[i] = static_cast<quint32>(context.clusterCycle);
         }
         periods.pop_back();
-        qDebug() << periods;
+        qCDebug(planningLog) << periods;
     }
     // A single value is the cycle, in the 32 bits that the rounds work with.
     if (!periods.empty())
@@ -198,8 +198,8 @@ qint32 limitSendWindows(PlanningContext& context)
                 std::min({send.end, path.schedtxwin.end, subtractSlots(path.schedrxwin.end, hops)});
         }
         if (send.end < send.start) {
-            qDebug() << send.start << send.end;
-            qDebug() << "TIMEWINDOW_UNREASONABLE";
+            qCDebug(planningLog) << send.start << send.end;
+            qCDebug(planningLog) << "TIMEWINDOW_UNREASONABLE";
             return code::refused;
         }
         for (VirtualLinkPath& path : flow.paths)

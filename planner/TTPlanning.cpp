@@ -3,9 +3,8 @@
 #include "planner/ConflictAnalysis.h"
 #include "planner/DocumentWriter.h"
 #include "planner/IntermediateDocument.h"
+#include "planner/PlanningLog.h"
 #include "planner/RepetitionWatch.h"
-
-#include <QDebug>
 
 #include <set>
 #include <tuple>
@@ -24,8 +23,9 @@ qint32 resolveWorstPort(TTPlanner& planner, RepetitionWatch& watch)
     watch.beforePass(planner.TTStreamInstanceList);
     const qint32 result = calculateConflictDegree(planner);
     if (result > 0 && watch.isBack(planner.TTStreamInstanceList)) {
-        qDebug() << "planning: after" << watch.passes()
-                 << "passes the windows are as they were before; resolving them would not end";
+        qCDebug(planningLog)
+            << "planning: after" << watch.passes()
+            << "passes the windows are as they were before; resolving them would not end";
         return code::refused;
     }
     return result;
@@ -36,9 +36,9 @@ qint32 resolveAllConflicts(TTPlanner& planner)
     RepetitionWatch watch;
     qint32 result = resolveWorstPort(planner, watch);
     while (result != 0) {
-        qDebug() << "resolve conflict:" << result;
+        qCDebug(planningLog) << "resolve conflict:" << result;
         if (result < 0) {
-            qDebug() << "resolve conflict failed";
+            qCDebug(planningLog) << "resolve conflict failed";
             return result;
         }
         result = resolveWorstPort(planner, watch);
@@ -50,9 +50,9 @@ qint32 readInstances(TTPlanner& planner)
 {
     const qint32 result = readIntermediateDocument(planner);
     if (result == code::unreadable)
-        qDebug() << "parse vek_hs.xml failed";
+        qCDebug(planningLog) << "parse vek_hs.xml failed";
     if (result == code::folderMissing)
-        qDebug() << "cannot find vek_hs.xml";
+        qCDebug(planningLog) << "cannot find vek_hs.xml";
     return result;
 }
 
@@ -134,7 +134,7 @@ void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
 qint32 TTPlanning(TTPlanner& planner)
 {
     planner.reset();
-    qDebug() << "TTPlanning start----------";
+    qCDebug(planningLog) << "TTPlanning start----------";
     const qint32 readResult = readInstances(planner);
     if (readResult != code::ok)
         return readResult;
@@ -144,7 +144,7 @@ qint32 TTPlanning(TTPlanner& planner)
         return resolveResult;
     finalizeSlots(planner);
     writeOutputDocument(planner);
-    qDebug() << "TTPlanning end----------";
+    qCDebug(planningLog) << "TTPlanning end----------";
     return code::ok;
 }
 

@@ -2,7 +2,7 @@
 
 #include "app/FlowScheduleForm.h"
 #include "app/RunMessages.h"
-#include "planner/PlanningModel.h"
+#include "planner/TTPlanner.h"
 #include "project/DocumentFolder.h"
 #include "traffic/ChildDialog.h"
 

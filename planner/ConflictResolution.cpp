@@ -1,8 +1,12 @@
 #include "planner/ConflictResolution.h"
 
+#include "planner/LaterWindows.h"
 #include "planner/PlanningLog.h"
 #include "planner/PortLookup.h"
 #include "planner/SlotTable.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace planner
 {
@@ -20,43 +24,40 @@ struct ExitNumbers {
 constexpr ExitNumbers talkerExits{465, 486, 500, 512};
 constexpr ExitNumbers bridgeExits{556, 580, 594, 607};
 
-using Instances = std::list<TTStreamInstance>;
-using PathIterator = std::list<VirtualLinkPath>::iterator;
-
-/// The first hop of an instance at the port: the talker of a path, or one of its bridges.
-struct HopAtPort {
-    PathIterator path;
-    BridgeHop* bridge = nullptr; ///< null for a talker
-
-    SlotWindow window() const { return bridge ? bridge->schedtxwin : path->schedtxwin; }
-};
-
 /// One call's work on a port: the slots given out so far, and the slot under search.
 class PortResolution
 {
 public:
-    PortResolution(quint16 nodeID, quint16 outport, qint32 maxRxSlot)
+    PortResolution(quint16 nodeID, const NodeOutport& port, qint32 maxRxSlot)
         : m_nodeID(nodeID),
-          m_outport(outport),
+          m_port(port),
           m_table(maxRxSlot)
     {
+        for (size_t place = 0; place < port.instances.size(); ++place)
+            addLaterWindows(place, port.instances[place]);
     }
 
-    /// Gives a slot to the current instance, looking ahead to the later ones; false on failure.
-    bool resolve(Instances::iterator current, Instances::iterator end)
+    /// Finds a slot for the instance at this place, looking ahead to the later ones; false on
+    /// failure.
+    bool resolve(size_t place)
     {
-        HopAtPort hop;
-        if (!findHopOf(*current, hop))
-            return true;
-        m_window = hop.window();
-        m_isBridge = hop.bridge != nullptr;
+        const PortInstance& entry = m_port.instances[place];
+        m_window = entry.window();
+        m_isBridge = entry.bridge != nullptr;
         qCDebug(planningLog) << "冲突窗口: [" << m_window.start << "," << m_window.end << "]";
-        if (!takeFirstFreeSlot() || !lookAhead(std::next(current), end))
+        if (!takeFirstFreeSlot() || !lookAhead(place))
             return false;
         qCDebug(planningLog) << "冲突窗口分配时隙:" << m_slot;
-        assign(*current, hop);
-        m_table.setUsed(m_slot, true);
+        m_slots.push_back(m_slot);
+        m_table.take(m_slot);
         return true;
+    }
+
+    /// Gives all instances the slots that were found.
+    void assign() const
+    {
+        for (size_t place = 0; place < m_slots.size(); ++place)
+            fix(m_port.instances[place], m_slots[place]);
     }
 
 private:
@@ -68,130 +69,119 @@ private:
         return false;
     }
 
-    bool findHopOf(TTStreamInstance& instance, HopAtPort& hop) const
+    // Talkers are compared with talkers only, switches with switches only.
+    void addLaterWindows(size_t place, const PortInstance& entry)
     {
-        for (hop.path = instance.paths.begin(); hop.path != instance.paths.end(); ++hop.path) {
-            if (talksOn(*hop.path, m_nodeID, m_outport))
-                return true;
-            const auto bridge = findHop(hop.path->bridges, m_nodeID, m_outport);
-            if (bridge != hop.path->bridges.end()) {
-                hop.bridge = &*bridge;
-                return true;
+        if (entry.meetsOnce) {
+            (entry.bridge ? m_bridges : m_talkers).add(place, entry.window());
+            return;
+        }
+        for (const VirtualLinkPath& path : entry.instance->paths) {
+            if (talksOn(path, m_nodeID, m_port.outport))
+                m_talkers.add(place, path.schedtxwin);
+            for (const BridgeHop& hop : path.bridges) {
+                if (forwardsOn(hop, m_nodeID, m_port.outport))
+                    m_bridges.add(place, hop.schedtxwin);
             }
         }
-        return false;
     }
 
     bool takeFirstFreeSlot()
     {
-        m_slot = m_window.start;
-        while (m_table.used(m_slot)) {
-            m_slot = addSlots(m_slot, 1);
-            if (m_slot > m_table.lastSlot())
-                return false;
-            if (m_slot > m_window.end)
-                return fail(exits().noFreeSlot);
+        m_slot = m_table.firstFreeFrom(m_window.start);
+        if (m_slot == m_window.start)
+            return true;
+        if (m_slot > m_table.lastSlot()) {
+            // The search went slot by slot: leaving the window inside the table was noticed first.
+            const bool leftWindowFirst =
+                m_window.start < m_table.lastSlot() && m_window.end < m_table.lastSlot();
+            return leftWindowFirst && fail(exits().noFreeSlot);
         }
-        return true;
+        return !hasPassed(m_window.start, m_slot, m_window.end) || fail(exits().noFreeSlot);
     }
 
-    // Talkers are compared with talkers only, switches with switches only.
-    bool lookAhead(Instances::const_iterator later, Instances::const_iterator end)
+    bool lookAhead(size_t place)
     {
-        for (; later != end; ++later) {
-            for (const VirtualLinkPath& path : later->paths) {
-                if (!(m_isBridge ? yieldToBridges(path) : yieldToTalker(path)))
-                    return false;
-            }
-        }
-        return true;
-    }
-
-    bool yieldToTalker(const VirtualLinkPath& path)
-    {
-        return !talksOn(path, m_nodeID, m_outport) || yieldTo(path.schedtxwin);
-    }
-
-    bool yieldToBridges(const VirtualLinkPath& path)
-    {
-        return std::all_of(path.bridges.begin(), path.bridges.end(), [this](const BridgeHop& hop) {
-            return !forwardsOn(hop, m_nodeID, m_outport) || yieldTo(hop.schedtxwin);
+        LaterWindows& later = m_isBridge ? m_bridges : m_talkers;
+        const std::vector<SlotWindow>& tighter = later.find(place, m_window);
+        return std::all_of(tighter.begin(), tighter.end(), [this](const SlotWindow& window) {
+            return window.start == m_window.start ? giveWay() : stepAsideFor(window);
         });
-    }
-
-    bool yieldTo(const SlotWindow& later)
-    {
-        if (later.start == m_window.start)
-            return m_window.end <= later.end || giveWay();
-        const bool needsItsSlotFirst =
-            later.start < m_window.start && m_window.start <= later.end && later.end < m_window.end;
-        return !needsItsSlotFirst || stepAsideFor(later);
     }
 
     // Equal starts, and the later window is the tighter one. Nothing is reserved for it. A switch
     // may leave the table here; a talker would search there for ever.
     bool giveWay()
     {
-        do {
-            m_slot = addSlots(m_slot, 1);
-        } while (m_table.used(m_slot));
+        m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
         if (m_slot > m_table.lastSlot())
             return m_isBridge || fail(exits().equalStarts);
         return m_slot <= m_window.end || fail(exits().equalStarts);
     }
 
     // The later window starts and ends earlier. Its first free slot is held only while the current
-    // hop moves off it; the window claims its slot at its own turn.
+    // one moves off it; the window claims its slot at its own turn.
     bool stepAsideFor(const SlotWindow& later)
     {
-        qint32 claimed = later.start;
-        while (m_table.used(claimed)) {
-            claimed = addSlots(claimed, 1);
-            if (claimed > later.end)
-                return fail(exits().laterIsFull);
-        }
+        const qint32 claimed = m_table.firstFreeFrom(later.start);
+        if (hasPassed(later.start, claimed, later.end))
+            return fail(exits().laterIsFull);
         qCDebug(planningLog) << "temptxslot" << claimed;
-        m_table.setUsed(claimed, true);
-        while (m_table.used(m_slot))
-            m_slot = addSlots(m_slot, 1);
+        if (m_slot == claimed && m_table.holds(claimed))
+            m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
         // Beyond the table no slot would ever be found, so this is a failure too. A switch is
         // measured against the later window, a talker against its own.
         const qint32 lastAllowed = m_isBridge ? later.end : m_window.end;
         if (m_slot > m_table.lastSlot() || m_slot > lastAllowed)
             return fail(exits().steppedTooFar);
-        m_table.setUsed(claimed, false);
         return true;
     }
 
-    void assign(TTStreamInstance& instance, const HopAtPort& hop) const
+    /// Whether a search upwards from one slot to another went above the bound on its way.
+    static bool hasPassed(qint32 from, qint32 to, qint32 bound)
     {
-        if (!hop.bridge) {
-            for (VirtualLinkPath& path : instance.paths) {
-                if (talksOn(path, m_nodeID, m_outport))
-                    fix(path);
-            }
-            return;
-        }
-        fix(*hop.bridge);
-        for (auto path = std::next(hop.path); path != instance.paths.end(); ++path) {
-            const auto bridge = findHop(path->bridges, m_nodeID, m_outport);
-            if (bridge != path->bridges.end())
-                fix(*bridge);
+        const bool wrapped = to < from;
+        return from != to && (wrapped ? std::numeric_limits<qint32>::max() : to) > bound;
+    }
+
+    void fix(const PortInstance& entry, qint32 slot) const
+    {
+        if (entry.bridge)
+            fixSender(*entry.bridge, slot);
+        else
+            fixSender(*entry.path, slot);
+        if (!entry.meetsOnce)
+            fixOtherSenders(entry, slot);
+    }
+
+    // A talker has one slot on all paths; a switch takes its slot along to the later paths.
+    void fixOtherSenders(const PortInstance& entry, qint32 slot) const
+    {
+        bool isLater = false;
+        for (VirtualLinkPath& path : entry.instance->paths) {
+            const auto bridge = findHop(path.bridges, m_nodeID, m_port.outport);
+            if (!entry.bridge && talksOn(path, m_nodeID, m_port.outport))
+                fixSender(path, slot);
+            if (entry.bridge && isLater && bridge != path.bridges.end())
+                fixSender(*bridge, slot);
+            isLater = isLater || &path == entry.path;
         }
     }
 
     // A path and a switch's hop name their send slot and window alike.
     template <typename Sender>
-    void fix(Sender& sender) const
+    static void fixSender(Sender& sender, qint32 slot)
     {
-        sender.txslotID = static_cast<quint32>(m_slot);
-        sender.schedtxwin.start = m_slot;
-        sender.schedtxwin.end = m_slot;
+        sender.txslotID = static_cast<quint32>(slot);
+        sender.schedtxwin = {slot, slot};
     }
 
     quint16 m_nodeID;
-    quint16 m_outport;
+    const NodeOutport& m_port;
     SlotTable m_table;
+    LaterWindows m_talkers;
+    LaterWindows m_bridges;
+    std::vector<qint32> m_slots; ///< found so far, in the port's order
     SlotWindow m_window;
     bool m_isBridge = false;
     qint32 m_slot = 0;
@@ -202,14 +192,15 @@ private:
 qint32 conflictResolve(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
     qCDebug(planningLog) << "conflictResolve";
-    NodeOutport* port = findPort(planner, nodeID, outport);
+    const NodeOutport* port = planner.ports.find(nodeID, outport);
     if (!port)
         return code::ok;
-    PortResolution resolution(nodeID, outport, planner.maxRxSlot);
-    for (auto current = port->instances.begin(); current != port->instances.end(); ++current) {
-        if (!resolution.resolve(current, port->instances.end()))
+    PortResolution resolution(nodeID, *port, planner.maxRxSlot);
+    for (size_t place = 0; place < port->instances.size(); ++place) {
+        if (!resolution.resolve(place))
             return code::refused;
     }
+    resolution.assign();
     return code::ok;
 }
 

@@ -21,15 +21,26 @@ static void printPath(const VirtualLinkPath& path)
     qCDebug(planningLog) << "";
 }
 
-void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
+static void printInstance(const TTStreamInstance& instance)
+{
+    qCDebug(planningLog) << "  flowID:" << instance.flowID;
+    qCDebug(planningLog) << "  seq:" << instance.seq;
+    for (const VirtualLinkPath& path : instance.paths)
+        printPath(path);
+}
+
+static void printBanner()
 {
     qCDebug(planningLog) << "print TTStreamInstanceList";
-    for (const TTStreamInstance& instance : instances) {
-        qCDebug(planningLog) << "  flowID:" << instance.flowID;
-        qCDebug(planningLog) << "  seq:" << instance.seq;
-        for (const VirtualLinkPath& path : instance.paths)
-            printPath(path);
-    }
+}
+
+void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
+{
+    if (!planningLog().isDebugEnabled())
+        return;
+    printBanner();
+    for (const TTStreamInstance& instance : instances)
+        printInstance(instance);
 }
 
 void printNodeList(const TTPlanner& planner)
@@ -39,7 +50,9 @@ void printNodeList(const TTPlanner& planner)
         qCDebug(planningLog) << "nodeID:" << node.nodeID;
         for (const NodeOutport& port : node.outports) {
             qCDebug(planningLog) << "outport:" << port.outport;
-            printTTStreamInstanceList(port.instances);
+            printBanner();
+            for (const PortInstance& entry : port.instances)
+                printInstance(*entry.instance);
         }
     }
 }

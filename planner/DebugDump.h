@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/TTPlanner.h"
 
 // Writes the engine's lists to the debug log.
 namespace planner

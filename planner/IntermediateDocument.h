@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/TTPlanner.h"
 
 // Writes and reads OutputXML/vek_hs.xml, the windows of all instances.
 namespace planner

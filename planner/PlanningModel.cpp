@@ -27,14 +27,4 @@ quint32 PlanningContext::nodeIdOfName(const QString& name) const
     return found != switches.end() ? found->nodeID : unknownNode;
 }
 
-void TTPlanner::reset()
-{
-    hopBufferNum = 0;
-    nodeList.clear();
-    TTStreamInstanceList.clear();
-    maxRxSlot = 0;
-    schedCycle = 0;
-    slotLen = 0;
-}
-
 } // namespace planner

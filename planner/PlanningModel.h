@@ -4,6 +4,7 @@
 
 #include <array>
 #include <list>
+#include <vector>
 
 // Records of the planning engine. Lists own their elements by value, are appended to at the back
 // and keep document order; copying a record copies everything below it.
@@ -137,30 +138,32 @@ struct PlanningContext {
     quint32 nodeIdOfName(const QString& name) const;
 };
 
+/// Where an instance of the master list meets a sending port.
+///
+/// Of several paths the first one that passes the port counts, and on it the talker before the
+/// switches. Refers to the master list and owns nothing.
+struct PortInstance {
+    TTStreamInstance* instance = nullptr;
+    quint32 number = 0; ///< place of the instance in the master list, from 0
+    VirtualLinkPath* path = nullptr;
+    BridgeHop* bridge = nullptr; ///< null for a talker
+    bool meetsOnce = true;       ///< whether no other sender of the instance uses the port
+
+    /// The window in which the instance may send on the port.
+    const SlotWindow& window() const { return bridge ? bridge->schedtxwin : path->schedtxwin; }
+};
+
 /// One sending port with the instances that send on it.
 struct NodeOutport {
     quint16 outport = 0;
-    std::list<TTStreamInstance> instances; ///< deep copies, in order of first use
-    quint32 degree = 0;                    ///< conflict degree, valid after a degree pass
+    std::vector<PortInstance> instances; ///< in order of first use
+    quint32 degree = 0;                  ///< conflict degree, valid after a degree pass
 };
 
 /// One sending node with its ports in order of first use.
 struct Node {
     quint16 nodeID = 0;
     std::list<NodeOutport> outports;
-};
-
-/// State of the second stage.
-struct TTPlanner {
-    quint16 hopBufferNum = 0; ///< slots a window may widen per hop: that of the talker read last
-    std::list<Node> nodeList; ///< instances by sending port
-    std::list<TTStreamInstance> TTStreamInstanceList; ///< the master copy of all instances
-    qint32 maxRxSlot = 0;                             ///< largest end of a receive window read
-    quint32 schedCycle = 0;                           ///< microseconds
-    quint32 slotLen = 0;                              ///< microseconds
-
-    /// Returns to the empty state in which a run begins.
-    void reset();
 };
 
 /// The three operations on slot numbers; results beyond 32 bits wrap.

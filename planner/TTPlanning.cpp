@@ -20,9 +20,9 @@ using Element = DocumentWriter::Element;
 /// One degree pass; a pass that would be repeated for ever is a failed resolution.
 qint32 resolveWorstPort(TTPlanner& planner, RepetitionWatch& watch)
 {
-    watch.beforePass(planner.TTStreamInstanceList);
+    watch.beforePass();
     const qint32 result = calculateConflictDegree(planner);
-    if (result > 0 && watch.isBack(planner.TTStreamInstanceList)) {
+    if (result > 0 && watch.isBack(planner.revised)) {
         qCDebug(planningLog)
             << "planning: after" << watch.passes()
             << "passes the windows are as they were before; resolving them would not end";
@@ -33,7 +33,7 @@ qint32 resolveWorstPort(TTPlanner& planner, RepetitionWatch& watch)
 
 qint32 resolveAllConflicts(TTPlanner& planner)
 {
-    RepetitionWatch watch;
+    RepetitionWatch watch(planner.TTStreamInstanceList);
     qint32 result = resolveWorstPort(planner, watch);
     while (result != 0) {
         qCDebug(planningLog) << "resolve conflict:" << result;
@@ -138,7 +138,7 @@ qint32 TTPlanning(TTPlanner& planner)
     const qint32 readResult = readInstances(planner);
     if (readResult != code::ok)
         return readResult;
-    planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
+    groupByPort(planner);
     const qint32 resolveResult = resolveAllConflicts(planner);
     if (resolveResult != code::ok)
         return resolveResult;

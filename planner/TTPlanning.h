@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/TTPlanner.h"
 
 // Second stage: from the intermediate document to the output document.
 namespace planner

@@ -1,5 +1,5 @@
 #include "app/FlowScheduleForm.h"
-#include "planner/PlanningModel.h"
+#include "planner/TTPlanner.h"
 
 #include "tests/app/MainWindowProbe.h"
 #include "tests/support/DialogAnswers.h"

@@ -1,5 +1,7 @@
 #include "planner/ConflictAnalysis.h"
 #include "planner/DebugDump.h"
+#include "planner/WindowOverlap.h"
+#include "planner/WindowRevision.h"
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/LogCapture.h"
@@ -51,7 +53,7 @@ static TTPlanner plannerOf(std::list<TTStreamInstance> instances, quint16 buffer
     planner.hopBufferNum = bufferNum;
     planner.maxRxSlot = 1000;
     planner.TTStreamInstanceList = std::move(instances);
-    planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
+    groupByPort(planner);
     return planner;
 }
 
@@ -122,10 +124,10 @@ private slots:
     {
         const LogCapture log;
         const SlotWindow wide = window(0, 50);
-        const TTStreamInstance multicast =
+        std::list<TTStreamInstance> instances{
             instance(1, {path(1, wide, {hop(11, 2, wide), hop(12, 3, wide)}, wide),
-                         path(1, wide, {hop(11, 2, wide), hop(12, 4, wide)}, wide)});
-        const std::list<Node> nodes = convertInstancesToNodes({multicast});
+                         path(1, wide, {hop(11, 2, wide), hop(12, 4, wide)}, wide)})};
+        const std::list<Node> nodes = convertInstancesToNodes(instances);
         QCOMPARE(nodes.size(), size_t(3));
         QCOMPARE(nodes.front().outports.front().instances.size(), size_t(1));
         const Node& second = *std::next(nodes.begin());
@@ -136,20 +138,24 @@ private slots:
         QCOMPARE(third.outports.size(), size_t(2));
         QCOMPARE(int(third.outports.front().outport), 3);
         QCOMPARE(third.outports.back().instances.size(), size_t(1));
-        QCOMPARE(third.outports.back().instances.front().paths.size(), size_t(2));
+        QCOMPARE(third.outports.back().instances.front().instance, &instances.front());
+        QCOMPARE(third.outports.back().instances.front().path, &instances.front().paths.back());
+        QVERIFY(third.outports.back().instances.front().meetsOnce);
+        QVERIFY(!second.outports.front().instances.front().meetsOnce);
     }
 
     void onlyTheFirstPathThroughThePortGivesItsWindow()
     {
         const LogCapture log;
-        const TTStreamInstance multicast =
+        std::list<TTStreamInstance> instances{
             instance(1, {path(1, window(0, 9), {hop(11, 1, window(1, 9))}, window(2, 9)),
                          path(2, window(0, 9), {hop(12, 1, window(2, 9))}, window(2, 9)),
-                         path(3, window(0, 9), {hop(12, 1, window(3, 9))}, window(2, 9))});
-        const std::list<Node> nodes = convertInstancesToNodes({multicast, instance(2, {})});
+                         path(3, window(0, 9), {hop(12, 1, window(3, 9))}, window(2, 9))}),
+            instance(2, {})};
+        const std::list<Node> nodes = convertInstancesToNodes(instances);
         const auto node = std::find_if(nodes.begin(), nodes.end(),
                                        [](const Node& each) { return each.nodeID == 12; });
-        const std::vector<SlotWindow> windows = collectPortWindows(*node, node->outports.front());
+        const std::vector<SlotWindow> windows = collectPortWindows(node->outports.front());
         QCOMPARE(windows.size(), size_t(1));
         QCOMPARE(windows.front(), window(2, 9));
     }
@@ -216,7 +222,7 @@ private slots:
         QCOMPARE(std::next(master.begin())->paths.front().schedtxwin, window(5, 5));
         QCOMPARE(master.back().paths.front().schedtxwin, window(6, 6));
         const NodeOutport& bridgePort = planner.nodeList.back().outports.front();
-        QCOMPARE(bridgePort.instances.back().paths.front().schedtxwin, window(6, 6));
+        QCOMPARE(bridgePort.instances.back().instance->paths.front().schedtxwin, window(6, 6));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise-----")));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise end-----")));
     }
@@ -237,8 +243,10 @@ private slots:
 
     void nodeListIsPrintedByPort()
     {
+        const LogCapture grouping;
+        const TTPlanner planner = plannerWithPort(false, {window(1, 2)}, 9);
         const LogCapture log;
-        printNodeList(plannerWithPort(false, {window(1, 2)}, 9));
+        printNodeList(planner);
         QCOMPARE(log.lines().mid(0, 4),
                  (QStringList{QStringLiteral("print nodeList"), QStringLiteral("nodeID: 1"),
                               QStringLiteral("outport: 1"),

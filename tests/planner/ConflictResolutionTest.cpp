@@ -14,7 +14,8 @@ using Slots = QList<int>;
 
 Q_DECLARE_METATYPE(Windows)
 
-/// What a resolution ended with: the slots of all instances, or the number of its exit (0: silent).
+/// What a resolution ended with: the slots that were given, in order, until it succeeded or failed,
+/// and the number of the exit of a failure (0: silent).
 struct Outcome {
     qint32 code = 0;
     int exitNumber = 0;
@@ -28,22 +29,43 @@ static int exitNumberIn(const QStringList& log)
     return log.isEmpty() ? 0 : line.match(log.last()).captured(1).toInt();
 }
 
-static Outcome resolve(bool asSwitch, const Windows& windows, qint32 maxRxSlot = 100)
+static Slots slotsIn(const QStringList& log)
+{
+    const QString start = QStringLiteral(u"冲突窗口分配时隙: ");
+    Slots given;
+    for (const QString& line : log) {
+        if (line.startsWith(start))
+            given.append(line.mid(start.size()).toInt());
+    }
+    return given;
+}
+
+/// A planner whose grouping leaves no lines in the log.
+template <typename Make>
+static TTPlanner grouped(const Make& make)
 {
     const LogCapture log;
-    TTPlanner planner = plannerWithPort(asSwitch, windows, maxRxSlot);
+    TTPlanner planner = make();
+    groupByPort(planner);
+    return planner;
+}
+
+static Outcome resolve(bool asSwitch, const Windows& windows, qint32 maxRxSlot = 100)
+{
+    TTPlanner planner = grouped([&] { return plannerWithPort(asSwitch, windows, maxRxSlot); });
+    const LogCapture log;
     Outcome outcome;
     outcome.code = conflictResolve(planner, 1, 1);
     outcome.log = log.lines();
     outcome.exitNumber = exitNumberIn(outcome.log);
-    for (const TTStreamInstance& instance : firstPort(planner)) {
+    outcome.slotsGiven = slotsIn(outcome.log);
+    int place = 0;
+    for (const TTStreamInstance& instance : planner.TTStreamInstanceList) {
         const VirtualLinkPath& path = instance.paths.front();
-        const BridgeHop& hop = path.bridges.front();
-        const quint32 slot = asSwitch ? hop.txslotID : path.txslotID;
-        const SlotWindow& fixed = asSwitch ? hop.schedtxwin : path.schedtxwin;
-        if (outcome.code == code::ok && !(fixed == window(qint32(slot), qint32(slot))))
+        const SlotWindow& fixed = asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin;
+        const qint32 slot = outcome.slotsGiven.value(place++);
+        if (outcome.code == code::ok && !(fixed == window(slot, slot)))
             qFatal("a window did not collapse to its slot");
-        outcome.slotsGiven.append(qint32(slot));
     }
     return outcome;
 }
@@ -200,24 +222,36 @@ private slots:
         QCOMPARE(resolve(false, {window(last, last), window(3, 5)}, last).code, code::ok);
     }
 
+    void failureLeavesEveryWindowAsItWas()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(3, 9), window(5, 5), window(5, 5)}, 99);
+        QCOMPARE(conflictResolve(planner, 1, 1), code::refused);
+        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(3, 9));
+        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 0U);
+    }
+
     void portThatNobodyUsesNeedsNoWork()
     {
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(1, 2)}, 9);
         QCOMPARE(conflictResolve(planner, 1, 2), code::ok);
         QCOMPARE(conflictResolve(planner, 2, 1), code::ok);
-        QCOMPARE(firstPort(planner).front().paths.front().schedtxwin, window(1, 2));
+        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(1, 2));
     }
 
     void instanceWithoutHopAtThePortIsPassedOver()
     {
+        TTPlanner planner = grouped([] {
+            TTPlanner made = plannerWithPort(false, {window(1, 2), window(1, 2), window(1, 2)}, 9);
+            made.TTStreamInstanceList.front().paths.clear();
+            std::next(made.TTStreamInstanceList.begin())->paths.front().talkerOutport = 2;
+            return made;
+        });
         const LogCapture log;
-        TTPlanner planner = plannerWithPort(false, {window(1, 2), window(1, 2), window(1, 2)}, 9);
-        firstPort(planner).front().paths.clear();
-        std::next(firstPort(planner).begin())->paths.front().talkerOutport = 2;
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
         QCOMPARE(log.lines().size(), 3);
-        QCOMPARE(firstPort(planner).back().paths.front().txslotID, 1U);
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().txslotID, 1U);
     }
 
     void talkerIsNeverComparedWithASwitch()
@@ -225,10 +259,12 @@ private slots:
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(3, 9)}, 99);
         TTPlanner other = plannerWithPort(true, {window(3, 5)}, 99);
-        firstPort(planner).push_back(firstPort(other).front());
+        planner.TTStreamInstanceList.push_back(other.TTStreamInstanceList.front());
+        planner.TTStreamInstanceList.back().flowID = 2;
+        groupByPort(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-        QCOMPARE(firstPort(planner).front().paths.front().txslotID, 3U);
-        QCOMPARE(firstPort(planner).back().paths.front().bridges.front().txslotID, 4U);
+        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 3U);
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().bridges.front().txslotID, 4U);
     }
 
     void everyBranchThroughThePortGetsTheSlot()
@@ -236,10 +272,11 @@ private slots:
         const LogCapture log;
         for (const bool asSwitch : {false, true}) {
             TTPlanner planner = plannerWithPort(asSwitch, {window(3, 9)}, 99);
-            std::list<VirtualLinkPath>& paths = firstPort(planner).front().paths;
+            std::list<VirtualLinkPath>& paths = planner.TTStreamInstanceList.front().paths;
             paths.push_back(paths.front());
             (asSwitch ? paths.back().bridges.front().schedtxwin : paths.back().schedtxwin) =
                 window(7, 8);
+            groupByPort(planner);
             QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
             for (const VirtualLinkPath& path : paths) {
                 QCOMPARE(asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin,
@@ -252,10 +289,11 @@ private slots:
     {
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(3, 9), window(3, 5)}, 99);
-        std::list<VirtualLinkPath>& paths = firstPort(planner).back().paths;
+        std::list<VirtualLinkPath>& paths = planner.TTStreamInstanceList.back().paths;
         paths.push_back(paths.front());
+        groupByPort(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-        QCOMPARE(firstPort(planner).front().paths.front().txslotID, 5U);
+        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 5U);
     }
 };
 

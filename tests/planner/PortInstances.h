@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/ConflictAnalysis.h"
 
 #include <vector>
 
@@ -14,17 +14,15 @@ inline planner::SlotWindow window(qint32 start, qint32 end)
 
 /// A planner whose instances 1, 2, ... all send on port 1 of node 1, as talkers or as switches.
 ///
-/// nodeList is built by hand, so that the tests of the resolution need no grouping.
+/// The senders on the other side of each path have a node of their own, 50 or 60, and no window.
 inline planner::TTPlanner
 plannerWithPort(bool asSwitch, const std::vector<planner::SlotWindow>& windows, qint32 maxRxSlot)
 {
     planner::TTPlanner planner;
     planner.maxRxSlot = maxRxSlot;
-    planner::NodeOutport port;
-    port.outport = 1;
     for (const planner::SlotWindow& sendWindow : windows) {
         planner::TTStreamInstance instance;
-        instance.flowID = static_cast<quint16>(port.instances.size() + 1);
+        instance.flowID = static_cast<quint16>(planner.TTStreamInstanceList.size() + 1);
         planner::VirtualLinkPath path;
         path.bridges.emplace_back();
         path.talkerNodeID = asSwitch ? 50 : 1;
@@ -33,14 +31,8 @@ plannerWithPort(bool asSwitch, const std::vector<planner::SlotWindow>& windows, 
         path.bridges.front().outport = 1;
         (asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin) = sendWindow;
         instance.paths.push_back(path);
-        port.instances.push_back(instance);
+        planner.TTStreamInstanceList.push_back(instance);
     }
-    planner.nodeList.push_back({1, {port}});
+    planner::groupByPort(planner);
     return planner;
-}
-
-/// The instances on the first port of the first node.
-inline std::list<planner::TTStreamInstance>& firstPort(planner::TTPlanner& planner)
-{
-    return planner.nodeList.front().outports.front().instances;
 }

@@ -269,15 +269,16 @@ private slots:
         std::list<TTStreamInstance> state{
             instance(1, {path(2, window(0, 0), window(1, 1), window(2, 2))})};
         SlotWindow& moving = state.front().paths.front().schedtxwin;
-        RepetitionWatch watch;
+        moving.start = 0;
+        RepetitionWatch watch(state);
+        const std::vector<NumberedInstance> revised{{&state.front(), 0}};
         // Two passes lead in, then the state goes round in three.
         const int starts[] = {0, 1, 2, 3, 4, 2, 3, 4, 2, 3, 4};
         int noticedAfter = 0;
         for (int pass = 1; pass <= 10 && noticedAfter == 0; ++pass) {
-            moving.start = starts[pass - 1];
-            watch.beforePass(state);
+            watch.beforePass();
             moving.start = starts[pass];
-            if (watch.isBack(state))
+            if (watch.isBack(revised))
                 noticedAfter = pass;
         }
         QCOMPARE(noticedAfter, 6);

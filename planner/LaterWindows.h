@@ -1,0 +1,62 @@
+#pragma once
+
+#include "planner/PlanningModel.h"
+
+#include <vector>
+
+namespace planner
+{
+
+/// Finds, among the windows of later instances at a port, those that an earlier one yields to.
+///
+/// It yields to a window that begins no later than its own, ends before it ends, and either reaches
+/// its first slot or begins with it. The other windows of the port are not looked at, so that a
+/// search costs what it finds and not what the port holds.
+class LaterWindows
+{
+public:
+    /// Adds a window of the instance at this place on the port; places must not fall.
+    void add(size_t place, const SlotWindow& window);
+
+    /// The windows that the instance of this place yields to, of instances behind it, in the order
+    /// of adding.
+    ///
+    /// Places must not fall from call to call, and nothing may be added after the first call. What
+    /// is returned lives until the next call.
+    const std::vector<SlotWindow>& find(size_t place, const SlotWindow& window);
+
+private:
+    struct Later {
+        SlotWindow window;
+        size_t place = 0;
+        size_t order = 0; ///< of adding
+    };
+
+    void prepareSearch();
+    void forgetUpTo(size_t place);
+    void forget(size_t leaf);
+    void findReaching(const SlotWindow& window);
+    void collect(size_t knot, size_t low, size_t high);
+    void findInverted(size_t place, const SlotWindow& window);
+    size_t firstLeafEndingFrom(qint32 slot) const;
+
+    /// What is searched for: leaves first to last - 1 with a window that begins by a slot.
+    struct Search {
+        size_t first = 0;
+        size_t last = 0;
+        qint32 latestStart = 0;
+    };
+
+    std::vector<Later> m_proper;      ///< in the order of adding
+    std::vector<Later> m_inverted;    ///< windows that end before they begin
+    bool m_invertedAreSorted = false; ///< by start
+    std::vector<size_t> m_byEnd;      ///< leaves: places in m_proper, by end
+    std::vector<size_t> m_leafOf;     ///< by place in m_proper
+    std::vector<qint64> m_earliest; ///< a heap over the leaves: the earliest start below each knot
+    size_t m_forgotten = 0; ///< windows at the head of m_proper that are not searched any more
+    Search m_search;
+    std::vector<Later> m_hits;
+    std::vector<SlotWindow> m_found;
+};
+
+} // namespace planner

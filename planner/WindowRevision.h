@@ -1,0 +1,19 @@
+#pragma once
+
+#include "planner/TTPlanner.h"
+
+// Tightens windows around slots that were fixed.
+namespace planner
+{
+
+/// Carries the slots fixed at a port to all windows of its instances and to their duplicates.
+///
+/// Touches every port at which a window changed, and adds what it revised to planner.revised. Once
+/// a duplicate was overwritten, which may have led over other ports before, the ports are outdated.
+void flowStatusRevise(TTPlanner& planner, quint16 nodeID, quint16 outport);
+
+/// Tightens all windows of one instance around its fixed hop at the port; always code::ok.
+qint32 reviseWindows(const TTPlanner& planner, quint16 nodeID, quint16 outport,
+                     TTStreamInstance& instance);
+
+} // namespace planner

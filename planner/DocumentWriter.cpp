@@ -7,6 +7,8 @@
 namespace planner
 {
 
+static constexpr int pieceSize_bytes = 1 << 16;
+
 static std::FILE* openForWriting(const QString& folder, const QString& fileName)
 {
     const QDir current(QDir::currentPath());
@@ -17,9 +19,13 @@ static std::FILE* openForWriting(const QString& folder, const QString& fileName)
 }
 
 DocumentWriter::DocumentWriter(const QString& folder, const QString& fileName)
-    : m_file(openForWriting(folder, fileName)),
-      m_printer(m_file.get())
+    : m_file(openForWriting(folder, fileName))
 {
+}
+
+DocumentWriter::~DocumentWriter()
+{
+    writePiece();
 }
 
 void DocumentWriter::attribute(const char* name, const char* value)
@@ -27,28 +33,30 @@ void DocumentWriter::attribute(const char* name, const char* value)
     m_printer.PushAttribute(name, value);
 }
 
-void DocumentWriter::leaf(const char* name, qint32 value)
+void DocumentWriter::leaf(const char* name, const std::string& text)
 {
-    const Element element(*this, name);
-    m_printer.PushText(value);
+    leafOfText(name, text.c_str());
 }
 
-void DocumentWriter::leaf(const char* name, quint32 value)
+void DocumentWriter::leafOfText(const char* name, const char* text)
 {
     const Element element(*this, name);
-    m_printer.PushText(value);
+    m_printer.PushText(text);
 }
 
-void DocumentWriter::leaf(const char* name, quint64 value)
+void DocumentWriter::writeFullPiece()
 {
-    const Element element(*this, name);
-    m_printer.PushText(static_cast<uint64_t>(value));
+    if (m_printer.CStrSize() > pieceSize_bytes)
+        writePiece();
 }
 
-void DocumentWriter::leaf(const char* name, const QString& text)
+// The printer's buffer ends with a zero, and goes on as inside the document.
+void DocumentWriter::writePiece()
 {
-    const Element element(*this, name);
-    m_printer.PushText(text.toUtf8().constData());
+    if (m_file)
+        std::fwrite(m_printer.CStr(), 1, static_cast<size_t>(m_printer.CStrSize()) - 1,
+                    m_file.get());
+    m_printer.ClearBuffer(false);
 }
 
 void writeFlows(DocumentWriter& writer, const std::list<TTStreamInstance>& instances,

@@ -6,16 +6,20 @@
 
 #include <QString>
 
+#include <array>
+#include <charconv>
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace planner
 {
 
 /// Writes a document element by element, in the pretty form that XMLDocument::SaveFile() gives.
 ///
-/// Elements are open from construction of an Element until its destruction.
+/// Elements are open from construction of an Element until its destruction. Text is printed in
+/// memory and written to the file in large pieces, since the printer writes each token by itself.
 class DocumentWriter
 {
 public:
@@ -23,32 +27,48 @@ public:
     ///
     /// A file that cannot be opened swallows everything that is written to it.
     DocumentWriter(const QString& folder, const QString& fileName);
+    ~DocumentWriter();
+    DocumentWriter(const DocumentWriter&) = delete;
+    DocumentWriter& operator=(const DocumentWriter&) = delete;
 
     class Element
     {
     public:
-        Element(DocumentWriter& writer, const char* name) : m_printer(writer.m_printer)
+        Element(DocumentWriter& writer, const char* name) : m_writer(writer)
         {
-            m_printer.OpenElement(name);
+            m_writer.m_printer.OpenElement(name);
         }
-        ~Element() { m_printer.CloseElement(); }
+        ~Element()
+        {
+            m_writer.m_printer.CloseElement();
+            m_writer.writeFullPiece();
+        }
         Element(const Element&) = delete;
         Element& operator=(const Element&) = delete;
 
     private:
-        tinyxml2::XMLPrinter& m_printer;
+        DocumentWriter& m_writer;
     };
 
     void attribute(const char* name, const char* value);
-    void leaf(const char* name, qint32 value);
-    void leaf(const char* name, quint32 value);
-    void leaf(const char* name, quint64 value);
-    void leaf(const char* name, const QString& text);
+    void leaf(const char* name, const std::string& text);
+    /// An integer of any width and sign, in decimal.
+    template <typename Number>
+    void leaf(const char* name, Number value)
+    {
+        std::array<char, 24> text{}; // holds every 64-bit number
+        std::to_chars(text.data(), text.data() + text.size(), value);
+        leafOfText(name, text.data());
+    }
 
 private:
     struct CloseFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
+
+    void leafOfText(const char* name, const char* text);
+    void writeFullPiece();
+    void writePiece();
 
     std::unique_ptr<std::FILE, CloseFile> m_file;
     tinyxml2::XMLPrinter m_printer;

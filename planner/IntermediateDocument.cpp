@@ -10,7 +10,9 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 
 namespace planner
 {
@@ -68,22 +70,23 @@ void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
 }
 
 /// The text of a child, which must be there and must not be empty.
-QByteArray requiredText(const XMLElement* parent, const char* name)
+const char* requiredText(const XMLElement* parent, const char* name)
 {
-    const char* text = requiredChild(parent, name)->GetText();
+    const XMLElement* child = requiredChild(parent, name);
+    const char* text = child->GetText();
     if (!text || !*text) {
-        throw DocumentError(QStringLiteral("element \"%1\" of line %2 is empty")
-                                .arg(QString::fromUtf8(name),
-                                     QString::number(requiredChild(parent, name)->GetLineNum())));
+        throw DocumentError(
+            QStringLiteral("element \"%1\" of line %2 is empty")
+                .arg(QString::fromUtf8(name), QString::number(child->GetLineNum())));
     }
-    return QByteArray(text);
+    return text;
 }
 
 // The C library's rule: leading blanks, then digits up to the first character that is none. What
 // does not fit is cut, not refused.
 quint32 leadingNumber(const XMLElement* parent, const char* name)
 {
-    return static_cast<quint32>(std::strtoll(requiredText(parent, name).constData(), nullptr, 10));
+    return static_cast<quint32>(std::strtoll(requiredText(parent, name), nullptr, 10));
 }
 
 quint16 leadingNumber16(const XMLElement* parent, const char* name)
@@ -91,14 +94,31 @@ quint16 leadingNumber16(const XMLElement* parent, const char* name)
     return static_cast<quint16>(leadingNumber(parent, name));
 }
 
+/// Reads a window in just the form in which windows are written; false for any other text.
+bool readWrittenWindow(const char* text, SlotWindow& window)
+{
+    const char* const end = text + std::strlen(text);
+    if (*text != '[')
+        return false;
+    const std::from_chars_result start = std::from_chars(text + 1, end, window.start);
+    if (start.ec != std::errc() || start.ptr == end || *start.ptr != ',')
+        return false;
+    const std::from_chars_result last = std::from_chars(start.ptr + 1, end, window.end);
+    return last.ec == std::errc() && last.ptr + 1 == end && *last.ptr == ']';
+}
+
 SlotWindow slotWindow(const XMLElement* parent, const char* name)
 {
-    const QString text = QString::fromUtf8(requiredText(parent, name));
-    if (windowBounds(text).size() < 2) {
+    const char* text = requiredText(parent, name);
+    SlotWindow window;
+    if (readWrittenWindow(text, window))
+        return window;
+    const QString otherText = QString::fromUtf8(text);
+    if (windowBounds(otherText).size() < 2) {
         throw DocumentError(QStringLiteral("window \"%1\" of line %2 needs two numbers")
-                                .arg(text, QString::number(parent->GetLineNum())));
+                                .arg(otherText, QString::number(parent->GetLineNum())));
     }
-    return parseSlotWindow(text);
+    return parseSlotWindow(otherText);
 }
 
 void requireFirst(const XMLElement* parent, const char* name)
@@ -193,10 +213,9 @@ qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
 
 } // namespace
 
-QString windowText(const SlotWindow& window)
+std::string windowText(const SlotWindow& window)
 {
-    return QStringLiteral("[%1,%2]").arg(QString::number(window.start),
-                                         QString::number(window.end));
+    return '[' + std::to_string(window.start) + ',' + std::to_string(window.end) + ']';
 }
 
 void writeHsDocument(const PlanningContext& context)

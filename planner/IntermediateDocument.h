@@ -2,12 +2,14 @@
 
 #include "planner/TTPlanner.h"
 
+#include <string>
+
 // Writes and reads OutputXML/vek_hs.xml, the windows of all instances.
 namespace planner
 {
 
 /// The window as "[start,end]" in slots.
-QString windowText(const SlotWindow& window);
+std::string windowText(const SlotWindow& window);
 
 /// Writes the document under the current directory, making the folder when it is missing.
 ///

@@ -8,8 +8,8 @@
 
 #include <tinyxml2.h>
 
-#include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace planner
 {
@@ -68,11 +68,11 @@ SwitchInfo readSwitch(const XMLElement* element)
     return info;
 }
 
-LinkInfo readLink(const PlanningContext& context, const XMLElement* element)
+LinkInfo readLink(const TopologyIndex& topology, const XMLElement* element)
 {
     LinkInfo link;
-    link.srcnode = static_cast<quint16>(context.nodeIdOfName(quotedText(element, "srcnode")));
-    link.dstnode = static_cast<quint16>(context.nodeIdOfName(quotedText(element, "dstnode")));
+    link.srcnode = static_cast<quint16>(topology.nodeIdOfName(quotedText(element, "srcnode")));
+    link.dstnode = static_cast<quint16>(topology.nodeIdOfName(quotedText(element, "dstnode")));
     link.srcport = number16(element, "srcport");
     link.dstport = number16(element, "dstport");
     link.bandwidth = number16(requiredChild(element, "opts"), "bandwidth");
@@ -84,54 +84,30 @@ LinkInfo reversed(const LinkInfo& link)
     return {link.dstnode, link.srcnode, link.dstport, link.srcport, link.bandwidth};
 }
 
-/// The ports of the link from one node to another: of parallel links the last one, else 0 and 0.
-struct LinkPorts {
-    quint16 outport = 0;
-    quint16 inport = 0;
-};
-
-LinkPorts portsBetween(const PlanningContext& context, quint16 srcnode, quint16 dstnode)
+void resolvePorts(const TopologyIndex& topology, VirtualLinkPath& path)
 {
-    LinkPorts ports;
-    for (const LinkInfo& link : context.links) {
-        if (link.srcnode == srcnode && link.dstnode == dstnode)
-            ports = {link.srcport, link.dstport};
-    }
-    return ports;
-}
-
-void resolvePorts(const PlanningContext& context, VirtualLinkPath& path)
-{
-    const LinkPorts first = portsBetween(context, path.talkerNodeID, path.bridges.front().nodeID);
+    const LinkPorts first = topology.portsBetween(path.talkerNodeID, path.bridges.front().nodeID);
     path.talkerOutport = first.outport;
     path.bridges.front().inport = first.inport;
 
-    const LinkPorts last = portsBetween(context, path.bridges.back().nodeID, path.listenerNodeID);
+    const LinkPorts last = topology.portsBetween(path.bridges.back().nodeID, path.listenerNodeID);
     path.bridges.back().outport = last.outport;
     path.listenerInport = last.inport;
 
     for (auto hop = path.bridges.begin(), next = std::next(hop); next != path.bridges.end();
          ++hop, ++next) {
-        const LinkPorts between = portsBetween(context, hop->nodeID, next->nodeID);
+        const LinkPorts between = topology.portsBetween(hop->nodeID, next->nodeID);
         hop->outport = between.outport;
         next->inport = between.inport;
     }
 }
 
-void resolveBufferNumbers(const PlanningContext& context, VirtualLinkPath& path)
+void resolveBufferNumbers(const TopologyIndex& topology, VirtualLinkPath& path)
 {
-    for (const HostInfo& host : context.hosts) {
-        if (host.nodeID == path.talkerNodeID)
-            path.talkerBuffernum = host.buffernum;
-        if (host.nodeID == path.listenerNodeID)
-            path.listenerBuffernum = host.buffernum;
-    }
-    for (BridgeHop& hop : path.bridges) {
-        const auto found = std::find_if(
-            context.switches.begin(), context.switches.end(),
-            [&hop](const SwitchInfo& candidate) { return candidate.nodeID == hop.nodeID; });
-        hop.buffernum = found != context.switches.end() ? found->buffernum : quint16(0);
-    }
+    path.talkerBuffernum = topology.bufferNumOfHost(path.talkerNodeID);
+    path.listenerBuffernum = topology.bufferNumOfHost(path.listenerNodeID);
+    for (BridgeHop& hop : path.bridges)
+        hop.buffernum = topology.bufferNumOfSwitch(hop.nodeID);
 }
 
 bool isTimeTriggered(const XMLElement* flow)
@@ -140,17 +116,32 @@ bool isTimeTriggered(const XMLElement* flow)
     return type && QByteArray(type->GetText()) == "\"TT\"";
 }
 
-std::list<VirtualLinkPath> pathsOfVirtualLink(const PlanningContext& context, quint16 vlid)
+/// What the reading of flows looks things up in.
+class FlowSources
 {
-    const auto found =
-        std::find_if(context.virtualLinks.begin(), context.virtualLinks.end(),
-                     [vlid](const VirtualLink& candidate) { return candidate.vlid == vlid; });
-    return found != context.virtualLinks.end() ? found->paths : std::list<VirtualLinkPath>();
-}
+public:
+    explicit FlowSources(const PlanningContext& context) : topology(context)
+    {
+        for (const VirtualLink& virtualLink : context.virtualLinks)
+            m_virtualLinks.emplace(virtualLink.vlid, &virtualLink);
+    }
 
-bool applyTalker(const PlanningContext& context, const XMLElement* talker, TTFlow& flow)
+    /// A copy of the paths of the first virtual link with this number; none without one.
+    std::list<VirtualLinkPath> pathsOfVirtualLink(quint16 vlid) const
+    {
+        const auto found = m_virtualLinks.find(vlid);
+        return found != m_virtualLinks.end() ? found->second->paths : std::list<VirtualLinkPath>();
+    }
+
+    const TopologyIndex topology;
+
+private:
+    std::unordered_map<quint16, const VirtualLink*> m_virtualLinks;
+};
+
+bool applyTalker(const TopologyIndex& topology, const XMLElement* talker, TTFlow& flow)
 {
-    const quint32 talkerNode = context.nodeIdOfName(quotedText(talker, "name"));
+    const quint32 talkerNode = topology.nodeIdOfName(quotedText(talker, "name"));
     const SlotWindow window = slotWindow(talker, "txwin");
     for (VirtualLinkPath& path : flow.paths) {
         if (path.talkerNodeID != talkerNode)
@@ -160,9 +151,9 @@ bool applyTalker(const PlanningContext& context, const XMLElement* talker, TTFlo
     return true;
 }
 
-bool applyListener(const PlanningContext& context, const XMLElement* listener, TTFlow& flow)
+bool applyListener(const TopologyIndex& topology, const XMLElement* listener, TTFlow& flow)
 {
-    const quint32 listenerNode = context.nodeIdOfName(quotedText(listener, "name"));
+    const quint32 listenerNode = topology.nodeIdOfName(quotedText(listener, "name"));
     const SlotWindow window = slotWindow(listener, "rxwin");
     bool matched = false;
     for (VirtualLinkPath& path : flow.paths) {
@@ -174,13 +165,13 @@ bool applyListener(const PlanningContext& context, const XMLElement* listener, T
     return matched;
 }
 
-bool applyListeners(const PlanningContext& context, const XMLElement* element, TTFlow& flow)
+bool applyListeners(const TopologyIndex& topology, const XMLElement* element, TTFlow& flow)
 {
     const XMLElement* listeners = element->FirstChildElement("listeners");
     bool matched = true;
     if (listeners) {
         forEachSibling(listeners, "listener", [&](const XMLElement* listener) {
-            matched = matched && applyListener(context, listener, flow);
+            matched = matched && applyListener(topology, listener, flow);
         });
     }
     return matched;
@@ -197,16 +188,16 @@ void refuseUnplannable(const TTFlow& flow)
 }
 
 /// Appends the flow; false when it disagrees with its virtual link.
-bool readFlow(PlanningContext& context, const XMLElement* element)
+bool readFlow(PlanningContext& context, const FlowSources& sources, const XMLElement* element)
 {
     TTFlow flow;
     flow.flowID = number16(element, "flowID");
     flow.period = number32(element, "period");
     flow.size = number16(element, "size");
     flow.vlid = number16(element, "vlid");
-    flow.paths = pathsOfVirtualLink(context, flow.vlid);
-    if (!applyTalker(context, requiredChild(element, "talker"), flow) ||
-        !applyListeners(context, element, flow))
+    flow.paths = sources.pathsOfVirtualLink(flow.vlid);
+    if (!applyTalker(sources.topology, requiredChild(element, "talker"), flow) ||
+        !applyListeners(sources.topology, element, flow))
         return false;
     refuseUnplannable(flow);
     context.flows.push_back(std::move(flow));
@@ -259,8 +250,9 @@ qint32 readTopology(PlanningContext& context, const XMLElement* topology)
         context.switches.push_back(readSwitch(element));
         context.switchBufferNum = context.switches.back().buffernum;
     });
+    const TopologyIndex nodes(context);
     forEachSibling(requiredChild(topology, "links"), "link", [&](const XMLElement* element) {
-        const LinkInfo link = readLink(context, element);
+        const LinkInfo link = readLink(nodes, element);
         context.links.push_back(link);
         context.links.push_back(reversed(link));
     });
@@ -269,12 +261,13 @@ qint32 readTopology(PlanningContext& context, const XMLElement* topology)
 
 qint32 readVirtualLinks(PlanningContext& context, const XMLElement* virtuallinks)
 {
+    const TopologyIndex topology(context);
     forEachSibling(virtuallinks, "virtuallink", [&](const XMLElement* element) {
         VirtualLink virtualLink;
         virtualLink.vlid = number16(element, "vlid");
         forEachSibling(element, "datapath", [&](const XMLElement* datapath) {
             const QString names = stripQuotes(QString::fromUtf8(datapath->GetText()));
-            virtualLink.paths.push_back(parseDatapath(context, names));
+            virtualLink.paths.push_back(parseDatapath(topology, names));
         });
         context.virtualLinks.push_back(std::move(virtualLink));
     });
@@ -283,9 +276,10 @@ qint32 readVirtualLinks(PlanningContext& context, const XMLElement* virtuallinks
 
 qint32 readFlows(PlanningContext& context, const XMLElement* flows)
 {
+    const FlowSources sources(context);
     for (const XMLElement* element = flows->FirstChildElement("flow"); element;
          element = element->NextSiblingElement()) {
-        if (isTimeTriggered(element) && !readFlow(context, element)) {
+        if (isTimeTriggered(element) && !readFlow(context, sources, element)) {
             qCDebug(planningLog) << "flow info does not match the virtual link information";
             return code::unreadable;
         }
@@ -293,15 +287,15 @@ qint32 readFlows(PlanningContext& context, const XMLElement* flows)
     return code::ok;
 }
 
-VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& text)
+VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text)
 {
     const QStringList names = text.split(QLatin1Char(','));
     if (names.size() < 3) {
         throw DocumentError(
             QStringLiteral("datapath \"%1\" needs a talker, a switch and a listener").arg(text));
     }
-    const auto nodeId = [&context](const QString& name) {
-        return static_cast<quint16>(context.nodeIdOfName(name));
+    const auto nodeId = [&topology](const QString& name) {
+        return static_cast<quint16>(topology.nodeIdOfName(name));
     };
     VirtualLinkPath path;
     path.talkerNodeID = nodeId(names.first());
@@ -310,8 +304,8 @@ VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& tex
         path.bridges.emplace_back();
         path.bridges.back().nodeID = nodeId(names.at(i));
     }
-    resolvePorts(context, path);
-    resolveBufferNumbers(context, path);
+    resolvePorts(topology, path);
+    resolveBufferNumbers(topology, path);
     return path;
 }
 

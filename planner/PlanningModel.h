@@ -17,7 +17,7 @@ namespace planner
 /// Length of one slot in microseconds; the same for every network.
 constexpr qint32 slotLength_us = 200;
 
-/// What nodeIdOfName() returns for a name that no node has.
+/// What TopologyIndex::nodeIdOfName() returns for a name that no node has.
 constexpr quint32 unknownNode = 0xFFFFFFFFU;
 
 /// Return codes of the two stages.
@@ -133,9 +133,6 @@ struct PlanningContext {
 
     /// Returns to the empty state in which a run begins.
     void reset();
-
-    /// Number of the first node, hosts before switches, with exactly this name, or unknownNode.
-    quint32 nodeIdOfName(const QString& name) const;
 };
 
 /// Where an instance of the master list meets a sending port.

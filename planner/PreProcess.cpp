@@ -27,6 +27,29 @@ quint32 greatestCommonDivisor(quint32 a, quint32 b)
     return a;
 }
 
+bool areEqual(const std::vector<quint32>& periods)
+{
+    return std::all_of(periods.begin(), periods.end(),
+                       [&periods](quint32 period) { return period == periods.front(); });
+}
+
+/// Logs the rounds that shorten a list of equal values to one.
+///
+/// With tens of thousands of flows these are as many long lines, so that only the first is put
+/// together number by number.
+void logRoundsOfEqualPeriods(const std::vector<quint32>& periods)
+{
+    if (!planningLog().isDebugEnabled() || periods.size() < 2)
+        return;
+    const QString value = QString::number(periods.front());
+    const QString next = QStringLiteral(", ") + value;
+    QString line = QStringLiteral("std::vector(") + value + next.repeated(int(periods.size()) - 2);
+    for (size_t left = periods.size() - 1; left > 0; --left) {
+        qCDebug(planningLog).noquote() << line + QLatin1Char(')');
+        line.chop(next.size());
+    }
+}
+
 qint32 hopCount(const VirtualLinkPath& path)
 {
     return static_cast<qint32>(path.bridges.size());
@@ -144,7 +167,7 @@ quint32 computeClusterCycle(PlanningContext& context)
 quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
 {
     qCDebug(planningLog) << periods;
-    while (periods.size() > 1) {
+    while (periods.size() > 1 && !areEqual(periods)) {
         for (size_t i = 0; i + 1 < periods.size(); ++i) {
             const quint32 a = periods[i];
             const quint32 b = periods[i + 1];
@@ -154,7 +177,9 @@ quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
         periods.pop_back();
         qCDebug(planningLog) << periods;
     }
-    // A single value is the cycle, in the 32 bits that the rounds work with.
+    logRoundsOfEqualPeriods(periods);
+    // A single value is the cycle, in the 32 bits that the rounds work with; equal ones stay what
+    // they are until one is left.
     if (!periods.empty())
         context.clusterCycle = periods.front();
     return static_cast<quint32>(context.clusterCycle);

@@ -349,7 +349,7 @@ private slots:
 
     void windowTextStartsWithTheStart()
     {
-        QCOMPARE(windowText(window(-3, 15)), QStringLiteral("[-3,15]"));
+        QCOMPARE(windowText(window(-3, 15)), std::string("[-3,15]"));
     }
 
 private:

@@ -27,24 +27,60 @@ quint32 greatestCommonDivisor(quint32 a, quint32 b)
     return a;
 }
 
-bool areEqual(const std::vector<quint32>& periods)
+/// Equal periods that follow each other.
+struct PeriodRun {
+    quint32 period = 0; ///< microseconds
+    size_t count = 0;
+};
+
+void append(std::vector<PeriodRun>& runs, const PeriodRun& run)
 {
-    return std::all_of(periods.begin(), periods.end(),
-                       [&periods](quint32 period) { return period == periods.front(); });
+    if (!runs.empty() && runs.back().period == run.period)
+        runs.back().count += run.count;
+    else if (run.count > 0)
+        runs.push_back(run);
 }
 
-/// Logs the rounds that shorten a list of equal values to one.
+/// One round: each period combined with the next one. Equal ones stay what they are, so that a
+/// round costs the number of runs and not that of flows.
+std::vector<PeriodRun> combineNeighbours(PlanningContext& context,
+                                         const std::vector<PeriodRun>& runs)
+{
+    std::vector<PeriodRun> combined;
+    for (size_t i = 0; i < runs.size(); ++i) {
+        const quint32 a = runs[i].period;
+        append(combined, {a, runs[i].count - 1});
+        if (i + 1 == runs.size())
+            break;
+        const quint32 b = runs[i + 1].period;
+        context.clusterCycle = quint64(a) * b / greatestCommonDivisor(a, b);
+        append(combined, {static_cast<quint32>(context.clusterCycle), 1});
+    }
+    return combined;
+}
+
+void logPeriods(const std::vector<PeriodRun>& runs)
+{
+    if (!planningLog().isDebugEnabled())
+        return;
+    std::vector<quint32> periods;
+    for (const PeriodRun& run : runs)
+        periods.insert(periods.end(), run.count, run.period);
+    qCDebug(planningLog) << periods;
+}
+
+/// Logs the rounds that shorten a run to a single period.
 ///
 /// With tens of thousands of flows these are as many long lines, so that only the first is put
 /// together number by number.
-void logRoundsOfEqualPeriods(const std::vector<quint32>& periods)
+void logRoundsOf(const PeriodRun& run)
 {
-    if (!planningLog().isDebugEnabled() || periods.size() < 2)
+    if (!planningLog().isDebugEnabled() || run.count < 2)
         return;
-    const QString value = QString::number(periods.front());
-    const QString next = QStringLiteral(", ") + value;
-    QString line = QStringLiteral("std::vector(") + value + next.repeated(int(periods.size()) - 2);
-    for (size_t left = periods.size() - 1; left > 0; --left) {
+    const QString period = QString::number(run.period);
+    const QString next = QStringLiteral(", ") + period;
+    QString line = QStringLiteral("std::vector(") + period + next.repeated(int(run.count) - 2);
+    for (size_t left = run.count - 1; left > 0; --left) {
         qCDebug(planningLog).noquote() << line + QLatin1Char(')');
         line.chop(next.size());
     }
@@ -160,28 +196,26 @@ quint32 computeClusterCycle(PlanningContext& context)
     std::vector<quint32> periods;
     for (const TTFlow& flow : context.flows)
         periods.push_back(flow.period);
-    lcmReduce(context, std::move(periods));
+    lcmReduce(context, periods);
     return static_cast<quint32>(context.clusterCycle);
 }
 
-quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods)
+quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods)
 {
-    qCDebug(planningLog) << periods;
-    while (periods.size() > 1 && !areEqual(periods)) {
-        for (size_t i = 0; i + 1 < periods.size(); ++i) {
-            const quint32 a = periods[i];
-            const quint32 b = periods[i + 1];
-            context.clusterCycle = quint64(a) * b / greatestCommonDivisor(a, b);
-            periods[i] = static_cast<quint32>(context.clusterCycle);
-        }
-        periods.pop_back();
-        qCDebug(planningLog) << periods;
+    std::vector<PeriodRun> runs;
+    for (const quint32 period : periods)
+        append(runs, {period, 1});
+    logPeriods(runs);
+    while (runs.size() > 1) {
+        runs = combineNeighbours(context, runs);
+        logPeriods(runs);
     }
-    logRoundsOfEqualPeriods(periods);
     // A single value is the cycle, in the 32 bits that the rounds work with; equal ones stay what
     // they are until one is left.
-    if (!periods.empty())
-        context.clusterCycle = periods.front();
+    if (!runs.empty()) {
+        logRoundsOf(runs.front());
+        context.clusterCycle = runs.front().period;
+    }
     return static_cast<quint32>(context.clusterCycle);
 }
 

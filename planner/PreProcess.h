@@ -26,7 +26,7 @@ quint32 computeClusterCycle(PlanningContext& context);
 /// Combines adjacent periods (microseconds) until one is left; leaves it in clusterCycle.
 ///
 /// Every intermediate value is cut to 32 bits. Without periods clusterCycle stays as it is.
-quint32 lcmReduce(PlanningContext& context, std::vector<quint32> periods);
+quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods);
 
 /// Narrows all windows and derives those of the switches; code::ok or code::refused.
 qint32 checkTimeWindows(PlanningContext& context);

@@ -8,12 +8,14 @@ namespace planner
 
 /// Groups the instances by sending port: nodes, ports and instances in order of first use.
 ///
-/// An instance stands once under a port, and so do all records with its flowID and seq. The result
-/// refers to the records of the list, which must stay where they are.
-std::list<Node> convertInstancesToNodes(std::list<TTStreamInstance>& instanceList);
+/// An instance stands once under a port, and so do all records with its flowID and seq.
+std::list<Node> convertInstancesToNodes(const std::list<TTStreamInstance>& instanceList);
 
-/// Groups the master list anew into nodeList and indexes it.
+/// Groups the master list anew into nodeList, and takes its windows up for the passes.
 void groupByPort(TTPlanner& planner);
+
+/// Writes the windows and slots that the passes have left to the master list.
+void giveBackWindows(TTPlanner& planner);
 
 /// One pass: measures the ports, resolves the worst one and revises the windows around it.
 ///

@@ -2,7 +2,6 @@
 
 #include "planner/LaterWindows.h"
 #include "planner/PlanningLog.h"
-#include "planner/PortLookup.h"
 #include "planner/SlotTable.h"
 
 #include <algorithm>
@@ -28,24 +27,25 @@ constexpr ExitNumbers bridgeExits{556, 580, 594, 607};
 class PortResolution
 {
 public:
-    PortResolution(quint16 nodeID, const NodeOutport& port, qint32 maxRxSlot)
-        : m_nodeID(nodeID),
+    PortResolution(WindowBoard& board, const NodeOutport& port, quint32 place, qint32 maxRxSlot)
+        : m_board(board),
           m_port(port),
+          m_place(place),
           m_table(maxRxSlot)
     {
-        for (size_t place = 0; place < port.instances.size(); ++place)
-            addLaterWindows(place, port.instances[place]);
+        for (size_t rank = 0; rank < port.instances.size(); ++rank)
+            addLaterWindows(rank, port.instances[rank]);
     }
 
-    /// Finds a slot for the instance at this place, looking ahead to the later ones; false on
-    /// failure.
-    bool resolve(size_t place)
+    /// Finds a slot for the instance of this rank on the port, looking ahead to the later ones;
+    /// false on failure.
+    bool resolve(size_t rank)
     {
-        const PortInstance& entry = m_port.instances[place];
-        m_window = entry.window();
-        m_isBridge = entry.bridge != nullptr;
+        const PortInstance& entry = m_port.instances[rank];
+        m_window = m_board.stop(entry.stop).window;
+        m_isBridge = entry.isBridge;
         qCDebug(planningLog) << "冲突窗口: [" << m_window.start << "," << m_window.end << "]";
-        if (!takeFirstFreeSlot() || !lookAhead(place))
+        if (!takeFirstFreeSlot() || !lookAhead(rank))
             return false;
         qCDebug(planningLog) << "冲突窗口分配时隙:" << m_slot;
         m_slots.push_back(m_slot);
@@ -54,10 +54,10 @@ public:
     }
 
     /// Gives all instances the slots that were found.
-    void assign() const
+    void assign()
     {
-        for (size_t place = 0; place < m_slots.size(); ++place)
-            fix(m_port.instances[place], m_slots[place]);
+        for (size_t rank = 0; rank < m_slots.size(); ++rank)
+            fix(m_port.instances[rank], m_slots[rank]);
     }
 
 private:
@@ -70,18 +70,20 @@ private:
     }
 
     // Talkers are compared with talkers only, switches with switches only.
-    void addLaterWindows(size_t place, const PortInstance& entry)
+    void addLaterWindows(size_t rank, const PortInstance& entry)
     {
         if (entry.meetsOnce) {
-            (entry.bridge ? m_bridges : m_talkers).add(place, entry.window());
+            (entry.isBridge ? m_bridges : m_talkers).add(rank, m_board.stop(entry.stop).window);
             return;
         }
-        for (const VirtualLinkPath& path : entry.instance->paths) {
-            if (talksOn(path, m_nodeID, m_port.outport))
-                m_talkers.add(place, path.schedtxwin);
-            for (const BridgeHop& hop : path.bridges) {
-                if (forwardsOn(hop, m_nodeID, m_port.outport))
-                    m_bridges.add(place, hop.schedtxwin);
+        const quint32 end = m_board.firstWay(entry.instance + 1);
+        for (quint32 number = m_board.firstWay(entry.instance); number != end; ++number) {
+            const Way& way = m_board.way(number);
+            if (m_board.stop(way.talker).port == m_place)
+                m_talkers.add(rank, m_board.stop(way.talker).window);
+            for (quint32 hop = way.firstHop(); hop != way.listener(); ++hop) {
+                if (m_board.stop(hop).port == m_place)
+                    m_bridges.add(rank, m_board.stop(hop).window);
             }
         }
     }
@@ -100,10 +102,10 @@ private:
         return !hasPassed(m_window.start, m_slot, m_window.end) || fail(exits().noFreeSlot);
     }
 
-    bool lookAhead(size_t place)
+    bool lookAhead(size_t rank)
     {
         LaterWindows& later = m_isBridge ? m_bridges : m_talkers;
-        const std::vector<SlotWindow>& tighter = later.find(place, m_window);
+        const std::vector<SlotWindow>& tighter = later.find(rank, m_window);
         return std::all_of(tighter.begin(), tighter.end(), [this](const SlotWindow& window) {
             return window.start == m_window.start ? giveWay() : stepAsideFor(window);
         });
@@ -144,40 +146,37 @@ private:
         return from != to && (wrapped ? std::numeric_limits<qint32>::max() : to) > bound;
     }
 
-    void fix(const PortInstance& entry, qint32 slot) const
+    void fix(const PortInstance& entry, qint32 slot)
     {
-        if (entry.bridge)
-            fixSender(*entry.bridge, slot);
-        else
-            fixSender(*entry.path, slot);
+        fixStop(entry.stop, slot);
         if (!entry.meetsOnce)
-            fixOtherSenders(entry, slot);
+            fixOtherWays(entry, slot);
     }
 
-    // A talker has one slot on all paths; a switch takes its slot along to the later paths.
-    void fixOtherSenders(const PortInstance& entry, qint32 slot) const
+    // A talker has one slot on all ways; a switch takes its slot along to the later ways.
+    void fixOtherWays(const PortInstance& entry, qint32 slot)
     {
-        bool isLater = false;
-        for (VirtualLinkPath& path : entry.instance->paths) {
-            const auto bridge = findHop(path.bridges, m_nodeID, m_port.outport);
-            if (!entry.bridge && talksOn(path, m_nodeID, m_port.outport))
-                fixSender(path, slot);
-            if (entry.bridge && isLater && bridge != path.bridges.end())
-                fixSender(*bridge, slot);
-            isLater = isLater || &path == entry.path;
+        const quint32 end = m_board.firstWay(entry.instance + 1);
+        for (quint32 number = entry.way + 1; number != end; ++number) {
+            const Way& way = m_board.way(number);
+            const quint32 hop = m_board.findHop(way, m_place);
+            if (!entry.isBridge && m_board.stop(way.talker).port == m_place)
+                fixStop(way.talker, slot);
+            if (entry.isBridge && hop != way.listener())
+                fixStop(hop, slot);
         }
     }
 
-    // A path and a switch's hop name their send slot and window alike.
-    template <typename Sender>
-    static void fixSender(Sender& sender, qint32 slot)
+    void fixStop(quint32 number, qint32 slot)
     {
-        sender.txslotID = static_cast<quint32>(slot);
-        sender.schedtxwin = {slot, slot};
+        Stop& stop = m_board.stop(number);
+        stop.slot = static_cast<quint32>(slot);
+        stop.window = {slot, slot};
     }
 
-    quint16 m_nodeID;
+    WindowBoard& m_board;
     const NodeOutport& m_port;
+    quint32 m_place; ///< of the port in the PortIndex
     SlotTable m_table;
     LaterWindows m_talkers;
     LaterWindows m_bridges;
@@ -192,12 +191,13 @@ private:
 qint32 conflictResolve(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
     qCDebug(planningLog) << "conflictResolve";
-    const NodeOutport* port = planner.ports.find(nodeID, outport);
-    if (!port)
+    const quint32 place = planner.ports.placeOf(nodeID, outport);
+    if (place == PortIndex::noPlace)
         return code::ok;
-    PortResolution resolution(nodeID, *port, planner.maxRxSlot);
-    for (size_t place = 0; place < port->instances.size(); ++place) {
-        if (!resolution.resolve(place))
+    const NodeOutport& port = *planner.ports.ports()[place].outport;
+    PortResolution resolution(planner.board, port, place, planner.maxRxSlot);
+    for (size_t rank = 0; rank < port.instances.size(); ++rank) {
+        if (!resolution.resolve(rank))
             return code::refused;
     }
     resolution.assign();

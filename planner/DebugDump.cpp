@@ -45,6 +45,9 @@ void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
 
 void printNodeList(const TTPlanner& planner)
 {
+    std::list<TTStreamInstance> instances = planner.TTStreamInstanceList;
+    planner.board.giveBack(instances);
+    const std::vector<TTStreamInstance> byPlace(instances.begin(), instances.end());
     qCDebug(planningLog) << "print nodeList";
     for (const Node& node : planner.nodeList) {
         qCDebug(planningLog) << "nodeID:" << node.nodeID;
@@ -52,7 +55,7 @@ void printNodeList(const TTPlanner& planner)
             qCDebug(planningLog) << "outport:" << port.outport;
             printBanner();
             for (const PortInstance& entry : port.instances)
-                printInstance(*entry.instance);
+                printInstance(byPlace[entry.instance]);
         }
     }
 }

@@ -7,17 +7,17 @@
 namespace planner
 {
 
-static std::vector<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances)
+std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances)
 {
     std::vector<quint32> keys;
     keys.reserve(instances.size());
     for (const TTStreamInstance& instance : instances)
         keys.push_back(instanceKey(instance));
     std::sort(keys.begin(), keys.end());
-    std::vector<quint32> repeated;
+    std::unordered_set<quint32> repeated;
     for (size_t i = 1; i < keys.size(); ++i) {
         if (keys[i] == keys[i - 1])
-            repeated.push_back(keys[i]);
+            repeated.insert(keys[i]);
     }
     return repeated;
 }
@@ -25,26 +25,34 @@ static std::vector<quint32> keysThatRepeat(const std::list<TTStreamInstance>& in
 void DuplicateInstances::rebuild(std::list<TTStreamInstance>& instances)
 {
     m_records.clear();
+    m_byPlace.clear();
     for (const quint32 key : keysThatRepeat(instances))
         m_records[key];
     if (m_records.empty())
         return;
-    quint32 number = 0;
+    quint32 place = 0;
     for (TTStreamInstance& instance : instances) {
         const auto found = m_records.find(instanceKey(instance));
-        if (found != m_records.end())
-            found->second.push_back({&instance, number});
-        ++number;
+        if (found != m_records.end()) {
+            found->second.push_back(&instance);
+            m_byPlace.emplace(place, &instance);
+        }
+        ++place;
     }
 }
 
-const DuplicateInstances::Records&
-DuplicateInstances::recordsOf(const TTStreamInstance& instance) const
+bool DuplicateInstances::contains(quint32 place) const
 {
-    if (m_records.empty())
-        return m_none;
-    const auto found = m_records.find(instanceKey(instance));
-    return found != m_records.end() ? found->second : m_none;
+    return !m_byPlace.empty() && m_byPlace.find(place) != m_byPlace.end();
+}
+
+void DuplicateInstances::overwriteOthers(quint32 place) const
+{
+    const TTStreamInstance* revised = m_byPlace.at(place);
+    for (TTStreamInstance* record : m_records.at(instanceKey(*revised))) {
+        if (record != revised)
+            *record = *revised;
+    }
 }
 
 } // namespace planner

@@ -3,16 +3,14 @@
 #include "planner/PlanningModel.h"
 
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace planner
 {
 
-/// A record of the master list with its place there, from 0.
-struct NumberedInstance {
-    TTStreamInstance* instance = nullptr;
-    quint32 number = 0;
-};
+/// The keys, made of flowID and seq, that several instances of the list have.
+std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances);
 
 /// Finds the records of the master list that share their flowID and seq with another one.
 ///
@@ -21,17 +19,18 @@ struct NumberedInstance {
 class DuplicateInstances
 {
 public:
-    using Records = std::vector<NumberedInstance>;
-
     /// Takes up the list, whose records must stay where they are.
     void rebuild(std::list<TTStreamInstance>& instances);
 
-    /// All records with the instance's flowID and seq, in list order; none when it is the only one.
-    const Records& recordsOf(const TTStreamInstance& instance) const;
+    /// Whether the record at this place of the list, from 0, is one of several.
+    bool contains(quint32 place) const;
+
+    /// Makes all other records with its flowID and seq copies of the one at this place.
+    void overwriteOthers(quint32 place) const;
 
 private:
-    std::unordered_map<quint32, Records> m_records; ///< by flowID and seq
-    Records m_none;
+    std::unordered_map<quint32, std::vector<TTStreamInstance*>> m_records; ///< by flowID and seq
+    std::unordered_map<quint32, TTStreamInstance*> m_byPlace; ///< the same records by place
 };
 
 } // namespace planner

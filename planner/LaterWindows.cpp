@@ -11,22 +11,22 @@ namespace planner
 /// Start of a window that is not there any more.
 static constexpr qint64 never = std::numeric_limits<qint64>::max();
 
-void LaterWindows::add(size_t place, const SlotWindow& window)
+void LaterWindows::add(size_t rank, const SlotWindow& window)
 {
     std::vector<Later>& windows = window.end < window.start ? m_inverted : m_proper;
-    windows.push_back({window, place, m_proper.size() + m_inverted.size()});
+    windows.push_back({window, rank, m_proper.size() + m_inverted.size()});
 }
 
-const std::vector<SlotWindow>& LaterWindows::find(size_t place, const SlotWindow& window)
+const std::vector<SlotWindow>& LaterWindows::find(size_t rank, const SlotWindow& window)
 {
     m_hits.clear();
     m_found.clear();
     if (window.start < window.end) {
         prepareSearch();
-        forgetUpTo(place);
+        forgetUpTo(rank);
         findReaching(window);
     }
-    findInverted(place, window);
+    findInverted(rank, window);
     std::sort(m_hits.begin(), m_hits.end(),
               [](const Later& a, const Later& b) { return a.order < b.order; });
     for (const Later& hit : m_hits)
@@ -59,9 +59,9 @@ void LaterWindows::prepareSearch()
         m_earliest[knot] = std::min(m_earliest[2 * knot], m_earliest[2 * knot + 1]);
 }
 
-void LaterWindows::forgetUpTo(size_t place)
+void LaterWindows::forgetUpTo(size_t rank)
 {
-    while (m_forgotten < m_proper.size() && m_proper[m_forgotten].place <= place)
+    while (m_forgotten < m_proper.size() && m_proper[m_forgotten].rank <= rank)
         forget(m_leafOf[m_forgotten++]);
 }
 
@@ -95,7 +95,7 @@ void LaterWindows::collect(size_t knot, size_t low, size_t high)
 }
 
 // These reach nothing, and count only where they begin with the window.
-void LaterWindows::findInverted(size_t place, const SlotWindow& window)
+void LaterWindows::findInverted(size_t rank, const SlotWindow& window)
 {
     const auto startsEarlier = [](const Later& a, const Later& b) {
         return a.window.start < b.window.start;
@@ -106,16 +106,15 @@ void LaterWindows::findInverted(size_t place, const SlotWindow& window)
     const auto same =
         std::equal_range(m_inverted.begin(), m_inverted.end(), Later{window, 0, 0}, startsEarlier);
     std::copy_if(same.first, same.second, std::back_inserter(m_hits), [&](const Later& later) {
-        return later.place > place && later.window.end < window.end;
+        return later.rank > rank && later.window.end < window.end;
     });
 }
 
 size_t LaterWindows::firstLeafEndingFrom(qint32 slot) const
 {
-    const auto found =
-        std::lower_bound(m_byEnd.begin(), m_byEnd.end(), slot, [this](size_t place, qint32 bound) {
-            return m_proper[place].window.end < bound;
-        });
+    const auto found = std::lower_bound(
+        m_byEnd.begin(), m_byEnd.end(), slot,
+        [this](size_t position, qint32 bound) { return m_proper[position].window.end < bound; });
     return static_cast<size_t>(found - m_byEnd.begin());
 }
 

@@ -15,29 +15,29 @@ namespace planner
 class LaterWindows
 {
 public:
-    /// Adds a window of the instance at this place on the port; places must not fall.
-    void add(size_t place, const SlotWindow& window);
+    /// Adds a window of the instance at this rank on the port; ranks must not fall.
+    void add(size_t rank, const SlotWindow& window);
 
-    /// The windows that the instance of this place yields to, of instances behind it, in the order
+    /// The windows that the instance of this rank yields to, of instances behind it, in the order
     /// of adding.
     ///
     /// Places must not fall from call to call, and nothing may be added after the first call. What
     /// is returned lives until the next call.
-    const std::vector<SlotWindow>& find(size_t place, const SlotWindow& window);
+    const std::vector<SlotWindow>& find(size_t rank, const SlotWindow& window);
 
 private:
     struct Later {
         SlotWindow window;
-        size_t place = 0;
+        size_t rank = 0;
         size_t order = 0; ///< of adding
     };
 
     void prepareSearch();
-    void forgetUpTo(size_t place);
+    void forgetUpTo(size_t rank);
     void forget(size_t leaf);
     void findReaching(const SlotWindow& window);
     void collect(size_t knot, size_t low, size_t high);
-    void findInverted(size_t place, const SlotWindow& window);
+    void findInverted(size_t rank, const SlotWindow& window);
     size_t firstLeafEndingFrom(qint32 slot) const;
 
     /// What is searched for: leaves first to last - 1 with a window that begins by a slot.
@@ -50,8 +50,8 @@ private:
     std::vector<Later> m_proper;      ///< in the order of adding
     std::vector<Later> m_inverted;    ///< windows that end before they begin
     bool m_invertedAreSorted = false; ///< by start
-    std::vector<size_t> m_byEnd;      ///< leaves: places in m_proper, by end
-    std::vector<size_t> m_leafOf;     ///< by place in m_proper
+    std::vector<size_t> m_byEnd;      ///< leaves: positions in m_proper, by end
+    std::vector<size_t> m_leafOf;     ///< by position in m_proper
     std::vector<qint64> m_earliest; ///< a heap over the leaves: the earliest start below each knot
     size_t m_forgotten = 0; ///< windows at the head of m_proper that are not searched any more
     Search m_search;

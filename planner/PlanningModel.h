@@ -135,19 +135,16 @@ struct PlanningContext {
     void reset();
 };
 
-/// Where an instance of the master list meets a sending port.
+/// Where an instance of the master list meets a sending port, in the numbers of the WindowBoard.
 ///
 /// Of several paths the first one that passes the port counts, and on it the talker before the
-/// switches. Refers to the master list and owns nothing.
+/// switches.
 struct PortInstance {
-    TTStreamInstance* instance = nullptr;
-    quint32 number = 0; ///< place of the instance in the master list, from 0
-    VirtualLinkPath* path = nullptr;
-    BridgeHop* bridge = nullptr; ///< null for a talker
-    bool meetsOnce = true;       ///< whether no other sender of the instance uses the port
-
-    /// The window in which the instance may send on the port.
-    const SlotWindow& window() const { return bridge ? bridge->schedtxwin : path->schedtxwin; }
+    quint32 instance = 0; ///< place in the master list, from 0
+    quint32 way = 0;      ///< number of the path among all paths of the list
+    quint32 stop = 0;     ///< number of the sender: all talkers, switches and listeners count
+    bool isBridge = false;
+    bool meetsOnce = true; ///< whether no other sender of the instance uses the port
 };
 
 /// One sending port with the instances that send on it.

@@ -3,43 +3,32 @@
 namespace planner
 {
 
-/// Calls visit(window, slot) for each window of an instance.
-template <typename Visit>
-static void forEachWindow(const TTStreamInstance& instance, const Visit& visit)
-{
-    for (const VirtualLinkPath& path : instance.paths) {
-        visit(path.schedtxwin, path.txslotID);
-        for (const BridgeHop& hop : path.bridges)
-            visit(hop.schedtxwin, hop.txslotID);
-        visit(path.schedrxwin, path.rxslotID);
-    }
-}
-
-static quint64 mixed(quint64 digest, quint32 value)
+static quint64 mixed(quint64 digest, quint64 value)
 {
     digest = (digest ^ value) * 0x9E3779B97F4A7C15ULL;
     return digest ^ (digest >> 29);
 }
 
-static quint64 digestOf(const TTStreamInstance& instance, quint64 number)
+RepetitionWatch::RepetitionWatch(const WindowBoard& board) : m_board(board)
 {
-    quint64 digest = number + 1;
-    forEachWindow(instance, [&digest](const SlotWindow& window, quint32 slot) {
-        digest = mixed(digest, static_cast<quint32>(window.start));
-        digest = mixed(digest, static_cast<quint32>(window.end));
-        digest = mixed(digest, slot);
-    });
-    return digest;
-}
-
-RepetitionWatch::RepetitionWatch(const std::list<TTStreamInstance>& instances)
-    : m_instances(instances)
-{
-    m_digests.reserve(instances.size());
-    for (const TTStreamInstance& instance : instances) {
-        m_digests.push_back(digestOf(instance, m_digests.size()));
+    m_digests.reserve(board.instanceCount());
+    for (quint32 instance = 0; instance < board.instanceCount(); ++instance) {
+        m_digests.push_back(digestOf(instance));
         m_digest += m_digests.back();
     }
+}
+
+quint64 RepetitionWatch::digestOf(quint32 instance) const
+{
+    quint64 digest = quint64(instance) + 1;
+    const quint32 end = m_board.firstStop(instance + 1);
+    for (quint32 number = m_board.firstStop(instance); number != end; ++number) {
+        const Stop& stop = m_board.stop(number);
+        digest = mixed(digest, quint64(static_cast<quint32>(stop.window.start)) << 32 |
+                                   static_cast<quint32>(stop.window.end));
+        digest = mixed(digest, stop.slot);
+    }
+    return digest;
 }
 
 void RepetitionWatch::beforePass()
@@ -48,30 +37,18 @@ void RepetitionWatch::beforePass()
     const bool isPowerOfTwo = (m_pass & (m_pass - 1)) == 0;
     if (!isPowerOfTwo)
         return;
-    m_kept = state();
+    m_kept = m_board.stops();
     m_keptDigest = m_digest;
 }
 
-bool RepetitionWatch::isBack(const std::vector<NumberedInstance>& revised)
+bool RepetitionWatch::isBack(const std::vector<quint32>& revised)
 {
-    for (const NumberedInstance& record : revised) {
-        quint64& digest = m_digests[record.number];
-        m_digest -= digest;
-        digest = digestOf(*record.instance, record.number);
-        m_digest += digest;
+    for (const quint32 instance : revised) {
+        m_digest -= m_digests[instance];
+        m_digests[instance] = digestOf(instance);
+        m_digest += m_digests[instance];
     }
-    return m_digest == m_keptDigest && state() == m_kept;
-}
-
-std::vector<qint32> RepetitionWatch::state() const
-{
-    std::vector<qint32> state;
-    for (const TTStreamInstance& instance : m_instances) {
-        forEachWindow(instance, [&state](const SlotWindow& window, quint32 slot) {
-            state.insert(state.end(), {window.start, window.end, static_cast<qint32>(slot)});
-        });
-    }
-    return state;
+    return m_digest == m_keptDigest && m_board.stops() == m_kept;
 }
 
 } // namespace planner

@@ -33,7 +33,7 @@ qint32 resolveWorstPort(TTPlanner& planner, RepetitionWatch& watch)
 
 qint32 resolveAllConflicts(TTPlanner& planner)
 {
-    RepetitionWatch watch(planner.TTStreamInstanceList);
+    RepetitionWatch watch(planner.board);
     qint32 result = resolveWorstPort(planner, watch);
     while (result != 0) {
         qCDebug(planningLog) << "resolve conflict:" << result;
@@ -142,6 +142,7 @@ qint32 TTPlanning(TTPlanner& planner)
     const qint32 resolveResult = resolveAllConflicts(planner);
     if (resolveResult != code::ok)
         return resolveResult;
+    giveBackWindows(planner);
     finalizeSlots(planner);
     writeOutputDocument(planner);
     qCDebug(planningLog) << "TTPlanning end----------";

@@ -5,12 +5,12 @@
 namespace planner
 {
 
-std::vector<SlotWindow> collectPortWindows(const NodeOutport& port)
+std::vector<SlotWindow> collectPortWindows(const NodeOutport& port, const WindowBoard& board)
 {
     std::vector<SlotWindow> windows;
     windows.reserve(port.instances.size());
     for (const PortInstance& entry : port.instances)
-        windows.push_back(entry.window());
+        windows.push_back(board.stop(entry.stop).window);
     return windows;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/WindowBoard.h"
 
 #include <vector>
 
@@ -9,7 +9,7 @@ namespace planner
 {
 
 /// The window of each instance at the port, in the port's order.
-std::vector<SlotWindow> collectPortWindows(const NodeOutport& port);
+std::vector<SlotWindow> collectPortWindows(const NodeOutport& port, const WindowBoard& board);
 
 /// Sorts the windows by start and counts the neighbours that overlap.
 quint32 countWindowOverlaps(std::vector<SlotWindow>& windows);

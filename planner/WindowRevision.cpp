@@ -1,7 +1,6 @@
 #include "planner/WindowRevision.h"
 
 #include "planner/PlanningLog.h"
-#include "planner/PortLookup.h"
 
 #include <algorithm>
 
@@ -21,93 +20,117 @@ void narrowEnd(SlotWindow& window, qint32 bound)
     window.end = std::min(window.end, bound);
 }
 
-using HopIterator = std::list<BridgeHop>::iterator;
-
-// Looking back from a later fixed point, a frame may have waited up to bufferNum slots in each hop
-// between (start bound) and has taken at least one slot per hop (end bound). hopsToGo counts the
-// hops between the first one given and the fixed point, and falls by one with each hop.
-void reviseHops(HopIterator first, HopIterator last, SlotWindow previous,
-                const SlotWindow& fixedPoint, qint32 hopsToGo, qint32 bufferNum)
+/// Tightens the windows of one way around a slot that was fixed on it.
+class WayRevision
 {
-    for (HopIterator hop = first; hop != last; ++hop, --hopsToGo) {
-        SlotWindow& window = hop->schedtxwin;
-        narrowStart(window, addSlots(previous.start, 1));
-        narrowStart(window, subtractSlots(fixedPoint.start, multiplySlots(bufferNum, hopsToGo)));
-        narrowEnd(window, addSlots(previous.end, bufferNum));
-        narrowEnd(window, subtractSlots(fixedPoint.end, hopsToGo));
-        previous = window;
+public:
+    WayRevision(WindowBoard& board, const Way& way, qint32 bufferNum)
+        : m_board(board),
+          m_way(way),
+          m_bufferNum(bufferNum)
+    {
     }
-}
 
-void limitReceiveWindow(VirtualLinkPath& path, qint32 slot, qint32 hopsAfter, qint32 bufferNum)
-{
-    narrowStart(path.schedrxwin, addSlots(slot, hopsAfter));
-    narrowEnd(path.schedrxwin, addSlots(slot, multiplySlots(bufferNum, hopsAfter)));
-}
+    void reviseBehindTalker()
+    {
+        const auto hops = static_cast<qint32>(m_way.hops);
+        const Stop& talker = m_board.stop(m_way.talker);
+        limitReceiveWindow(static_cast<qint32>(talker.slot), hops);
+        reviseHops(m_way.firstHop(), m_way.listener(), talker.window, receiveWindow(), hops - 1);
+    }
 
-void reviseBehindTalker(VirtualLinkPath& path, qint32 bufferNum)
-{
-    const auto hops = static_cast<qint32>(path.bridges.size());
-    limitReceiveWindow(path, static_cast<qint32>(path.txslotID), hops, bufferNum);
-    reviseHops(path.bridges.begin(), path.bridges.end(), path.schedtxwin, path.schedrxwin, hops - 1,
-               bufferNum);
-}
+    void reviseAroundHop(quint32 fixed)
+    {
+        const auto slot = static_cast<qint32>(m_board.stop(fixed).slot);
+        const SlotWindow fixedSlot{slot, slot};
+        const auto hopsToFixed = static_cast<qint32>(fixed - m_way.talker);
+        const auto hopsAfter = static_cast<qint32>(m_way.hops) - hopsToFixed;
 
-void reviseAroundHop(VirtualLinkPath& path, HopIterator fixed, qint32 bufferNum)
-{
-    const auto slot = static_cast<qint32>(fixed->txslotID);
-    const SlotWindow fixedSlot{slot, slot};
-    const auto hopsToFixed = static_cast<qint32>(std::distance(path.bridges.begin(), fixed)) + 1;
-    const auto hopsAfter = static_cast<qint32>(path.bridges.size()) - hopsToFixed;
+        SlotWindow& send = m_board.stop(m_way.talker).window;
+        narrowStart(send, subtractSlots(slot, multiplySlots(m_bufferNum, hopsToFixed)));
+        narrowEnd(send, subtractSlots(slot, hopsToFixed));
+        reviseHops(m_way.firstHop(), fixed, send, fixedSlot, hopsToFixed - 1);
 
-    narrowStart(path.schedtxwin, subtractSlots(slot, multiplySlots(bufferNum, hopsToFixed)));
-    narrowEnd(path.schedtxwin, subtractSlots(slot, hopsToFixed));
-    reviseHops(path.bridges.begin(), fixed, path.schedtxwin, fixedSlot, hopsToFixed - 1, bufferNum);
+        limitReceiveWindow(slot, hopsAfter);
+        reviseHops(fixed + 1, m_way.listener(), fixedSlot, receiveWindow(), hopsAfter - 1);
+    }
 
-    limitReceiveWindow(path, slot, hopsAfter, bufferNum);
-    reviseHops(std::next(fixed), path.bridges.end(), fixedSlot, path.schedrxwin, hopsAfter - 1,
-               bufferNum);
-}
+private:
+    SlotWindow& receiveWindow() { return m_board.stop(m_way.listener()).window; }
+
+    void limitReceiveWindow(qint32 slot, qint32 hopsAfter)
+    {
+        narrowStart(receiveWindow(), addSlots(slot, hopsAfter));
+        narrowEnd(receiveWindow(), addSlots(slot, multiplySlots(m_bufferNum, hopsAfter)));
+    }
+
+    // Looking back from a later fixed point, a frame may have waited up to bufferNum slots in each
+    // hop between (start bound) and has taken at least one slot per hop (end bound). hopsToGo
+    // counts the hops between the first one given and the fixed point, and falls by one with each
+    // hop.
+    void reviseHops(quint32 first, quint32 last, SlotWindow previous, const SlotWindow& fixedPoint,
+                    qint32 hopsToGo)
+    {
+        for (quint32 hop = first; hop != last; ++hop, --hopsToGo) {
+            SlotWindow& window = m_board.stop(hop).window;
+            narrowStart(window, addSlots(previous.start, 1));
+            narrowStart(window,
+                        subtractSlots(fixedPoint.start, multiplySlots(m_bufferNum, hopsToGo)));
+            narrowEnd(window, addSlots(previous.end, m_bufferNum));
+            narrowEnd(window, subtractSlots(fixedPoint.end, hopsToGo));
+            previous = window;
+        }
+    }
+
+    WindowBoard& m_board;
+    const Way& m_way;
+    qint32 m_bufferNum;
+};
 
 /// Touches the ports at which an instance has other windows than before.
 class ChangeWatch
 {
 public:
-    explicit ChangeWatch(PortIndex& ports) : m_ports(ports) {}
+    explicit ChangeWatch(TTPlanner& planner) : m_planner(planner) {}
 
-    void remember(const TTStreamInstance& instance)
+    void remember(quint32 instance)
     {
-        m_before.clear();
-        forEachSender(instance, [this](quint16, quint16, const SlotWindow& window) {
-            m_before.push_back(window);
-        });
+        const WindowBoard& board = m_planner.board;
+        m_first = board.firstStop(instance);
+        m_before.assign(board.stops().begin() + m_first,
+                        board.stops().begin() + board.firstStop(instance + 1));
     }
 
-    void touchChanged(const TTStreamInstance& instance)
+    void touchChanged()
     {
-        auto before = m_before.begin();
-        forEachSender(instance, [&](quint16 nodeID, quint16 outport, const SlotWindow& window) {
-            if (!(window == *before++))
-                m_ports.touch(nodeID, outport);
-        });
+        const Stop* stop = &m_planner.board.stops()[m_first];
+        for (const Stop& before : m_before) {
+            if (stop->port != Stop::noPort && !(stop->window == before.window))
+                m_planner.degrees.touch(stop->port);
+            ++stop;
+        }
     }
 
 private:
-    PortIndex& m_ports;
-    std::vector<SlotWindow> m_before; ///< in the order of forEachSender()
+    TTPlanner& m_planner;
+    quint32 m_first = 0;
+    std::vector<Stop> m_before;
 };
 
-/// Overwrites the other records of a revised instance; whether there are any.
-bool overwriteDuplicates(TTPlanner& planner, const TTStreamInstance& revised)
+/// Lets the other records of revised instances follow them.
+void overwriteDuplicates(TTPlanner& planner)
 {
-    const DuplicateInstances::Records& records = planner.duplicates.recordsOf(revised);
-    for (const NumberedInstance& record : records) {
-        if (record.instance == &revised)
-            continue;
-        *record.instance = revised;
-        planner.revised.push_back(record);
+    const auto isDuplicate = [&](quint32 instance) {
+        return planner.duplicates.contains(instance);
+    };
+    if (std::none_of(planner.revised.begin(), planner.revised.end(), isDuplicate))
+        return;
+    planner.board.giveBack(planner.TTStreamInstanceList);
+    for (const quint32 instance : planner.revised) {
+        if (isDuplicate(instance))
+            planner.duplicates.overwriteOthers(instance);
     }
-    return !records.empty();
+    planner.ports.setOutdated();
 }
 
 } // namespace
@@ -115,35 +138,35 @@ bool overwriteDuplicates(TTPlanner& planner, const TTStreamInstance& revised)
 void flowStatusRevise(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
     qCDebug(planningLog) << "flowStatusRevise-----";
-    planner.ports.touch(nodeID, outport);
-    bool groupingIsOld = false;
-    if (NodeOutport* port = planner.ports.find(nodeID, outport)) {
-        ChangeWatch watch(planner.ports);
-        for (const PortInstance& entry : port->instances) {
-            watch.remember(*entry.instance);
-            reviseWindows(planner, nodeID, outport, *entry.instance);
-            watch.touchChanged(*entry.instance);
-            planner.revised.push_back({entry.instance, entry.number});
-            groupingIsOld = overwriteDuplicates(planner, *entry.instance) || groupingIsOld;
+    const quint32 port = planner.ports.placeOf(nodeID, outport);
+    if (port != PortIndex::noPlace) {
+        planner.degrees.touch(port);
+        ChangeWatch watch(planner);
+        for (const PortInstance& entry : planner.ports.ports()[port].outport->instances) {
+            watch.remember(entry.instance);
+            reviseWindows(planner, port, entry.instance);
+            watch.touchChanged();
+            planner.revised.push_back(entry.instance);
         }
+        overwriteDuplicates(planner);
     }
-    if (groupingIsOld)
-        planner.ports.setOutdated();
     qCDebug(planningLog) << "flowStatusRevise end-----";
 }
 
-qint32 reviseWindows(const TTPlanner& planner, quint16 nodeID, quint16 outport,
-                     TTStreamInstance& instance)
+qint32 reviseWindows(TTPlanner& planner, quint32 port, quint32 instance)
 {
-    const qint32 bufferNum = planner.hopBufferNum;
-    for (VirtualLinkPath& path : instance.paths) {
-        if (talksOn(path, nodeID, outport)) {
-            reviseBehindTalker(path, bufferNum);
+    WindowBoard& board = planner.board;
+    for (quint32 number = board.firstWay(instance); number != board.firstWay(instance + 1);
+         ++number) {
+        const Way& way = board.way(number);
+        WayRevision revision(board, way, planner.hopBufferNum);
+        if (board.stop(way.talker).port == port) {
+            revision.reviseBehindTalker();
             continue;
         }
-        const HopIterator fixed = findHop(path.bridges, nodeID, outport);
-        if (fixed != path.bridges.end())
-            reviseAroundHop(path, fixed, bufferNum);
+        const quint32 fixed = board.findHop(way, port);
+        if (fixed != way.listener())
+            revision.reviseAroundHop(fixed);
     }
     return code::ok;
 }

@@ -138,24 +138,25 @@ private slots:
         QCOMPARE(third.outports.size(), size_t(2));
         QCOMPARE(int(third.outports.front().outport), 3);
         QCOMPARE(third.outports.back().instances.size(), size_t(1));
-        QCOMPARE(third.outports.back().instances.front().instance, &instances.front());
-        QCOMPARE(third.outports.back().instances.front().path, &instances.front().paths.back());
-        QVERIFY(third.outports.back().instances.front().meetsOnce);
+        const PortInstance& diverged = third.outports.back().instances.front();
+        QCOMPARE(diverged.instance, 0U);
+        QCOMPARE(diverged.way, 1U);
+        QCOMPARE(diverged.stop, 6U); // talker, two switches and listener, then talker and a switch
+        QVERIFY(diverged.meetsOnce);
         QVERIFY(!second.outports.front().instances.front().meetsOnce);
     }
 
     void onlyTheFirstPathThroughThePortGivesItsWindow()
     {
         const LogCapture log;
-        std::list<TTStreamInstance> instances{
-            instance(1, {path(1, window(0, 9), {hop(11, 1, window(1, 9))}, window(2, 9)),
-                         path(2, window(0, 9), {hop(12, 1, window(2, 9))}, window(2, 9)),
-                         path(3, window(0, 9), {hop(12, 1, window(3, 9))}, window(2, 9))}),
-            instance(2, {})};
-        const std::list<Node> nodes = convertInstancesToNodes(instances);
-        const auto node = std::find_if(nodes.begin(), nodes.end(),
-                                       [](const Node& each) { return each.nodeID == 12; });
-        const std::vector<SlotWindow> windows = collectPortWindows(node->outports.front());
+        const TTPlanner planner = plannerOf(
+            {instance(1, {path(1, window(0, 9), {hop(11, 1, window(1, 9))}, window(2, 9)),
+                          path(2, window(0, 9), {hop(12, 1, window(2, 9))}, window(2, 9)),
+                          path(3, window(0, 9), {hop(12, 1, window(3, 9))}, window(2, 9))}),
+             instance(2, {})});
+        const quint32 place = planner.ports.placeOf(12, 1);
+        const std::vector<SlotWindow> windows =
+            collectPortWindows(*planner.ports.ports()[place].outport, planner.board);
         QCOMPARE(windows.size(), size_t(1));
         QCOMPARE(windows.front(), window(2, 9));
     }
@@ -163,14 +164,15 @@ private slots:
     void fixedTalkerTightensTheWholePath()
     {
         const SlotWindow wide = window(0, 100);
-        TTPlanner planner;
-        planner.hopBufferNum = 2;
+        const LogCapture log;
         TTStreamInstance fixed =
             instance(1, {path(1, window(10, 10),
                               {hop(11, 1, wide), hop(12, 1, wide), hop(13, 1, wide)}, wide)});
-        VirtualLinkPath& way = fixed.paths.front();
-        way.txslotID = 10;
-        QCOMPARE(reviseWindows(planner, 1, 1, fixed), 0);
+        fixed.paths.front().txslotID = 10;
+        TTPlanner planner = plannerOf({fixed});
+        QCOMPARE(reviseWindows(planner, planner.ports.placeOf(1, 1), 0), 0);
+        giveBackWindows(planner);
+        const VirtualLinkPath& way = planner.TTStreamInstanceList.front().paths.front();
         QCOMPARE(way.schedrxwin, window(13, 16));
         QCOMPARE(way.bridges.front().schedtxwin, window(11, 12));
         QCOMPARE(std::next(way.bridges.begin())->schedtxwin, window(12, 14));
@@ -180,21 +182,22 @@ private slots:
     void fixedHopTightensBothSidesAndStaysItself()
     {
         const SlotWindow wide = window(0, 100);
-        TTPlanner planner;
-        planner.hopBufferNum = 2;
+        const LogCapture log;
         TTStreamInstance fixed = instance(
             1,
             {path(1, wide, {hop(11, 1, wide), hop(12, 1, window(20, 20)), hop(13, 1, wide)}, wide),
              path(1, wide, {hop(11, 1, wide), hop(14, 1, wide)}, wide)});
-        VirtualLinkPath& way = fixed.paths.front();
-        std::next(way.bridges.begin())->txslotID = 20;
-        reviseWindows(planner, 12, 1, fixed);
+        std::next(fixed.paths.front().bridges.begin())->txslotID = 20;
+        TTPlanner planner = plannerOf({fixed});
+        reviseWindows(planner, planner.ports.placeOf(12, 1), 0);
+        giveBackWindows(planner);
+        const VirtualLinkPath& way = planner.TTStreamInstanceList.front().paths.front();
         QCOMPARE(way.schedtxwin, window(16, 18));
         QCOMPARE(way.bridges.front().schedtxwin, window(18, 19));
         QCOMPARE(std::next(way.bridges.begin())->schedtxwin, window(20, 20));
         QCOMPARE(way.bridges.back().schedtxwin, window(21, 22));
         QCOMPARE(way.schedrxwin, window(21, 22));
-        const VirtualLinkPath& other = fixed.paths.back();
+        const VirtualLinkPath& other = planner.TTStreamInstanceList.front().paths.back();
         QCOMPARE(other.schedtxwin, wide);
         QCOMPARE(other.bridges.front().schedtxwin, wide);
         QCOMPARE(other.schedrxwin, wide);
@@ -207,6 +210,7 @@ private slots:
             {instance(1, {path(1, window(0, 4), {hop(11, 1, window(1, 8))}, window(2, 9))}),
              instance(2, {path(2, window(9, 14), {hop(11, 1, window(10, 18))}, window(11, 19))})});
         QCOMPARE(calculateConflictDegree(planner), 0);
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(0, 4));
     }
 
@@ -217,12 +221,14 @@ private slots:
             instance(1, {path(1, window(5, 9), {hop(11, 1, window(6, 30))}, window(7, 40))});
         TTPlanner planner = plannerOf({first, first, instance(2, first.paths)});
         QCOMPARE(calculateConflictDegree(planner), 2);
+        giveBackWindows(planner);
         const std::list<TTStreamInstance>& master = planner.TTStreamInstanceList;
         QCOMPARE(master.front().paths.front().schedtxwin, window(5, 5));
         QCOMPARE(std::next(master.begin())->paths.front().schedtxwin, window(5, 5));
         QCOMPARE(master.back().paths.front().schedtxwin, window(6, 6));
-        const NodeOutport& bridgePort = planner.nodeList.back().outports.front();
-        QCOMPARE(bridgePort.instances.back().instance->paths.front().schedtxwin, window(6, 6));
+        const NodeOutport& talkerPort = planner.nodeList.front().outports.front();
+        QCOMPARE(collectPortWindows(talkerPort, planner.board),
+                 (std::vector<SlotWindow>{window(5, 5), window(6, 6)}));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise-----")));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise end-----")));
     }
@@ -238,6 +244,7 @@ private slots:
         QCOMPARE(calculateConflictDegree(planner), code::refused);
         QVERIFY(log.contains(QStringLiteral("Resolve: -3")));
         QVERIFY(!log.contains(QStringLiteral("flowStatusRevise-----")));
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 0U);
     }
 

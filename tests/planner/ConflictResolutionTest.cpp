@@ -56,6 +56,7 @@ static Outcome resolve(bool asSwitch, const Windows& windows, qint32 maxRxSlot =
     const LogCapture log;
     Outcome outcome;
     outcome.code = conflictResolve(planner, 1, 1);
+    giveBackWindows(planner);
     outcome.log = log.lines();
     outcome.exitNumber = exitNumberIn(outcome.log);
     outcome.slotsGiven = slotsIn(outcome.log);
@@ -227,6 +228,7 @@ private slots:
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(3, 9), window(5, 5), window(5, 5)}, 99);
         QCOMPARE(conflictResolve(planner, 1, 1), code::refused);
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(3, 9));
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 0U);
     }
@@ -236,7 +238,9 @@ private slots:
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(1, 2)}, 9);
         QCOMPARE(conflictResolve(planner, 1, 2), code::ok);
+        giveBackWindows(planner);
         QCOMPARE(conflictResolve(planner, 2, 1), code::ok);
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(1, 2));
     }
 
@@ -250,6 +254,7 @@ private slots:
         });
         const LogCapture log;
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        giveBackWindows(planner);
         QCOMPARE(log.lines().size(), 3);
         QCOMPARE(planner.TTStreamInstanceList.back().paths.front().txslotID, 1U);
     }
@@ -263,6 +268,7 @@ private slots:
         planner.TTStreamInstanceList.back().flowID = 2;
         groupByPort(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 3U);
         QCOMPARE(planner.TTStreamInstanceList.back().paths.front().bridges.front().txslotID, 4U);
     }
@@ -278,6 +284,7 @@ private slots:
                 window(7, 8);
             groupByPort(planner);
             QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+            giveBackWindows(planner);
             for (const VirtualLinkPath& path : paths) {
                 QCOMPARE(asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin,
                          window(3, 3));
@@ -293,6 +300,7 @@ private slots:
         paths.push_back(paths.front());
         groupByPort(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 5U);
     }
 };

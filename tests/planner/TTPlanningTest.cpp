@@ -1,4 +1,5 @@
 #include "planner/TTPlanning.h"
+#include "planner/ConflictAnalysis.h"
 #include "planner/IntermediateDocument.h"
 #include "planner/RepetitionWatch.h"
 
@@ -266,19 +267,20 @@ private slots:
 
     void returnToAnEarlierStateIsNoticed()
     {
-        std::list<TTStreamInstance> state{
+        const LogCapture log;
+        TTPlanner planner;
+        planner.TTStreamInstanceList = {
             instance(1, {path(2, window(0, 0), window(1, 1), window(2, 2))})};
-        SlotWindow& moving = state.front().paths.front().schedtxwin;
-        moving.start = 0;
-        RepetitionWatch watch(state);
-        const std::vector<NumberedInstance> revised{{&state.front(), 0}};
+        groupByPort(planner);
+        SlotWindow& moving = planner.board.stop(0).window;
+        RepetitionWatch watch(planner.board);
         // Two passes lead in, then the state goes round in three.
         const int starts[] = {0, 1, 2, 3, 4, 2, 3, 4, 2, 3, 4};
         int noticedAfter = 0;
         for (int pass = 1; pass <= 10 && noticedAfter == 0; ++pass) {
             watch.beforePass();
             moving.start = starts[pass];
-            if (watch.isBack(revised))
+            if (watch.isBack({0}))
                 noticedAfter = pass;
         }
         QCOMPARE(noticedAfter, 6);

@@ -5,6 +5,7 @@
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/RandomSource.h"
 
 #include <QtTest>
 
@@ -55,6 +56,33 @@ static TTPlanner plannerOf(std::list<TTStreamInstance> instances, quint16 buffer
     planner.TTStreamInstanceList = std::move(instances);
     groupByPort(planner);
     return planner;
+}
+
+static std::list<TTStreamInstance> randomInstances(RandomSource& random)
+{
+    std::list<TTStreamInstance> instances;
+    for (int id = random.between(1, 60); id > 0; --id) {
+        const SlotWindow send = window(random.below(9), random.below(12));
+        const auto talker = static_cast<quint16>(random.between(1, 4));
+        const auto bridge = static_cast<quint16>(random.between(5, 7));
+        instances.push_back(
+            instance(static_cast<quint16>(id), {path(talker, send, {hop(bridge, 1, send)}, send)}));
+    }
+    return instances;
+}
+
+static WorstPort worstByWalk(const TTPlanner& planner)
+{
+    WorstPort worst;
+    for (const Node& node : planner.nodeList) {
+        for (const NodeOutport& port : node.outports) {
+            std::vector<SlotWindow> windows = collectPortWindows(port, planner.board);
+            const quint32 degree = 2 * countWindowOverlaps(windows);
+            if (worst.maxDegree < degree)
+                worst = {degree, node.nodeID, port.outport};
+        }
+    }
+    return worst;
 }
 
 class ConflictAnalysisTest : public QObject
@@ -231,6 +259,27 @@ private slots:
                  (std::vector<SlotWindow>{window(5, 5), window(6, 6)}));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise-----")));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise end-----")));
+    }
+
+    void worstPortOfTouchedOnesIsThatOfAFullCount()
+    {
+        const LogCapture log;
+        RandomSource random(21);
+        for (int round = 0; round < 100; ++round) {
+            TTPlanner planner = plannerOf(randomInstances(random));
+            for (int step = 0; step < 20; ++step) {
+                const WorstPort worst = planner.degrees.measure(planner.ports, planner.board);
+                const WorstPort walked = worstByWalk(planner);
+                QCOMPARE(worst.maxDegree, walked.maxDegree);
+                QCOMPARE(worst.nodeID, walked.nodeID);
+                QCOMPARE(worst.outport, walked.outport);
+                const int stops = static_cast<int>(planner.board.stops().size());
+                Stop& stop = planner.board.stop(static_cast<quint32>(random.below(stops)));
+                stop.window = window(random.below(9), random.below(12));
+                if (stop.port != Stop::noPort)
+                    planner.degrees.touch(stop.port);
+            }
+        }
     }
 
     void failedResolutionLeavesTheMasterListAsItWas()

@@ -59,31 +59,20 @@ std::vector<PeriodRun> combineNeighbours(PlanningContext& context,
     return combined;
 }
 
+/// Logs the periods one by one, in the form in which the log shows a vector.
+///
+/// With tens of thousands of flows these are as many long lines, so equal periods are put in at
+/// once.
 void logPeriods(const std::vector<PeriodRun>& runs)
 {
     if (!planningLog().isDebugEnabled())
         return;
-    std::vector<quint32> periods;
+    const QString separator = QStringLiteral(", ");
+    QString text;
     for (const PeriodRun& run : runs)
-        periods.insert(periods.end(), run.count, run.period);
-    qCDebug(planningLog) << periods;
-}
-
-/// Logs the rounds that shorten a run to a single period.
-///
-/// With tens of thousands of flows these are as many long lines, so that only the first is put
-/// together number by number.
-void logRoundsOf(const PeriodRun& run)
-{
-    if (!planningLog().isDebugEnabled() || run.count < 2)
-        return;
-    const QString period = QString::number(run.period);
-    const QString next = QStringLiteral(", ") + period;
-    QString line = QStringLiteral("std::vector(") + period + next.repeated(int(run.count) - 2);
-    for (size_t left = run.count - 1; left > 0; --left) {
-        qCDebug(planningLog).noquote() << line + QLatin1Char(')');
-        line.chop(next.size());
-    }
+        text += (separator + QString::number(run.period)).repeated(static_cast<int>(run.count));
+    qCDebug(planningLog).noquote()
+        << QStringLiteral("std::vector(") + text.mid(separator.size()) + QLatin1Char(')');
 }
 
 qint32 hopCount(const VirtualLinkPath& path)
@@ -206,16 +195,13 @@ quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods)
     for (const quint32 period : periods)
         append(runs, {period, 1});
     logPeriods(runs);
-    while (runs.size() > 1) {
+    for (size_t left = periods.size(); left > 1; --left) {
         runs = combineNeighbours(context, runs);
         logPeriods(runs);
     }
-    // A single value is the cycle, in the 32 bits that the rounds work with; equal ones stay what
-    // they are until one is left.
-    if (!runs.empty()) {
-        logRoundsOf(runs.front());
+    // A single value is the cycle, in the 32 bits that the rounds work with.
+    if (!runs.empty())
         context.clusterCycle = runs.front().period;
-    }
     return static_cast<quint32>(context.clusterCycle);
 }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+/// Parameters of one measured network.
+struct BenchCase {
+    enum Shape { Line, Ring, Tree, Mesh };
+    enum Windows {
+        Disjoint,  ///< each flow has a window of its own: nothing to resolve
+        PerTalker, ///< the flows of a host share their window: each port on their ways is resolved
+        Same       ///< all flows share one window
+    };
+
+    QString name;
+    Shape shape = Line;
+    Windows windows = PerTalker;
+    int switches = 1;
+    int hostsPerSwitch = 1;
+    int flowsPerHost = 1;
+    int transmissions = 1; ///< of each flow in the cycle
+    int reach = 5;         ///< most links between the switches of talker and listener
+    int multicastPercent = 0;
+    bool allToOneHost = false;
+    bool isGrowth = false; ///< belongs to a series of one shape and growing size
+};
+
+/// All cases in the order of their report.
+const std::vector<BenchCase>& benchCases();

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "bench/planner/Measurement.h"
+
+// What the child processes do, each in its current directory.
+
+/// Runs both stages of the engine step by step; times by "1.read" to "2.write", counts and codes.
+Measurement measureEngine();
+
+/// Runs both stages of the literal engine; "total" and codes.
+Measurement measureTwin();
+
+/// Loads and saves the documents of a run with the XML library alone, planning nothing.
+Measurement measureFloor();

@@ -192,10 +192,17 @@ void Tour::addDrawingStages()
                         }});
     m_stages.push_back({QStringLiteral("network"),
                         [this] { return m_studio->editor.links().size() == 4; },
-                        [this] { openPropertyDialogs(); }});
-    m_stages.push_back({QStringLiteral("property-dialogs"),
-                        [] { return isShown<EditItemWindow>() && isShown<EditLineWindow>(); },
                         [this] {
+                            m_studio->editor.chooseFromContextMenu(centerOf(m_studio->node("S2")),
+                                                                   QStringLiteral(u"编辑节点"));
+                        }});
+    m_stages.push_back({QStringLiteral("node-dialog"), &isShown<EditItemWindow>, [this] {
+                            const QPointF s1 = centerOf(m_studio->node("S1"));
+                            const QPointF s2 = centerOf(m_studio->node("S2"));
+                            m_studio->editor.chooseFromContextMenu((s1 + s2) / 2,
+                                                                   QStringLiteral(u"编辑链路"));
+                        }});
+    m_stages.push_back({QStringLiteral("property-dialogs"), &isShown<EditLineWindow>, [this] {
                             clickButton<EditItemWindow>("cancelButton");
                             clickButton<EditLineWindow>("cancelButton");
                             m_studio->editor.scene()->clearSelection();
@@ -221,15 +228,6 @@ void Tour::addDrawingStages()
                             m_studio->defineFlow("TT", "3", "10000", "2", pathOf("0 1000"),
                                                  {pathOf("200 3000")});
                         }});
-}
-
-// The dialog of a switch and that of a link, as the context menus open them.
-void Tour::openPropertyDialogs()
-{
-    const QPointF s1 = centerOf(m_studio->node("S1"));
-    const QPointF s2 = centerOf(m_studio->node("S2"));
-    m_studio->editor.chooseFromContextMenu(s2, QStringLiteral(u"编辑节点"));
-    m_studio->editor.chooseFromContextMenu((s1 + s2) / 2, QStringLiteral(u"编辑链路"));
 }
 
 // A virtual link with one path, and the choice of the last node of a second one.

@@ -46,7 +46,6 @@ private:
     void addDrawingStages();
     void addDrawnRunStages();
     void addExchangeStages();
-    void openPropertyDialogs();
     void openVirtualLinkDialogs();
     void openFlowDialogs();
     void addOpeningStages(const QString& example);

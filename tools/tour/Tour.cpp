@@ -4,11 +4,16 @@
 #include "app/ImportVekForm.h"
 #include "app/MainWindow.h"
 #include "app/OutportVekForm.h"
+#include "topology/EditItemWindow.h"
+#include "topology/EditLineWindow.h"
+#include "traffic/AddDstNodeForm.h"
 #include "traffic/AddVLineForm.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/VLineEditorForm.h"
+#include "traffic/VLineNodeSelectForm.h"
 
 #include "tests/app/Studio.h"
+#include "tests/support/DialogClicks.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -21,12 +26,25 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QTableWidget>
 #include <QtTest>
+
+#include <algorithm>
+#include <tuple>
 
 static constexpr int lookInterval_ms = 100;
 static constexpr int mostLooksAtOneStage = 600;
+
+// Where dialogs stand in the pictures: in a row, their lower edges on one line, right of the tool
+// box.
+static constexpr int dialogsLeft = 320;
+static constexpr int dialogsRight = 1264;
+static constexpr int dialogsBottom = 758;
+static constexpr int dialogGap = 16;
+static constexpr int titleHeight = 26;
 
 /// The visible top-level window of a class; null when there is none.
 template <typename Window>
@@ -72,6 +90,65 @@ static void chooseFile(const QString& path)
     QTest::keyClick(edit, Qt::Key_Enter);
 }
 
+// ---- Dialogs in the pictures
+
+static int dialogsAround(const QWidget* widget)
+{
+    int count = 0;
+    for (const QWidget* each = widget->parentWidget(); each; each = each->parentWidget()) {
+        if (qobject_cast<const QDialog*>(each))
+            ++count;
+    }
+    return count;
+}
+
+/// The open dialogs, each behind the one that it belongs to.
+static QList<QDialog*> openDialogs()
+{
+    QList<QDialog*> dialogs;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<QDialog*>(widget);
+        if (dialog && dialog->isVisible())
+            dialogs.append(dialog);
+    }
+    const auto place = [](const QDialog* dialog) {
+        return std::make_tuple(dialogsAround(dialog),
+                               QByteArray(dialog->metaObject()->className()));
+    };
+    std::sort(dialogs.begin(), dialogs.end(),
+              [&](const QDialog* a, const QDialog* b) { return place(a) < place(b); });
+    return dialogs;
+}
+
+/// Sets the open dialogs side by side, where they hide neither each other nor the drawing.
+static void arrangeDialogs()
+{
+    int width = -dialogGap;
+    for (const QDialog* dialog : openDialogs())
+        width += dialog->width() + dialogGap;
+    int left = std::min(dialogsLeft, dialogsRight - width);
+    for (QDialog* dialog : openDialogs()) {
+        dialog->move(left, dialogsBottom - dialog->height());
+        left += dialog->width() + dialogGap;
+    }
+}
+
+/// Draws what a window manager would: the virtual display has none.
+static void drawFrame(QPainter& painter, const QDialog& dialog)
+{
+    const QColor frame(72, 84, 100);
+    const QRect inside = dialog.geometry();
+    const QRect title(inside.left() - 1, inside.top() - titleHeight, inside.width() + 2,
+                      titleHeight);
+    painter.fillRect(title, frame);
+    painter.setPen(frame);
+    painter.drawRect(inside.adjusted(-1, -1, 0, 0));
+    painter.setPen(Qt::white);
+    painter.drawText(title.adjusted(10, 0, -10, 0), Qt::AlignVCenter, dialog.windowTitle());
+}
+
+// ---- Stages
+
 Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     : QObject(parent),
       m_examples(examples),
@@ -83,6 +160,10 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addExchangeStages();
     for (const char* example : {"avionics-line", "ring", "industrial-tree"})
         addExampleStages(QString::fromUtf8(example));
+    addFailingExampleStages(
+        {QStringLiteral("fails-window-check"), "1", pathOf("4000 5000"), pathOf("0 4600")});
+    addFailingExampleStages(
+        {QStringLiteral("fails-resolution"), "2", pathOf("0 200"), pathOf("200 600")});
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
@@ -112,20 +193,35 @@ void Tour::addDrawingStages()
     m_stages.push_back({QStringLiteral("network"),
                         [this] { return m_studio->editor.links().size() == 4; },
                         [this] {
-                            VLineEditorForm* form = m_studio->openVLineEditor();
-                            m_studio->addPath(form, pathOf("A S1 S2 B"));
-                            m_studio->openPath(form);
+                            m_studio->editor.chooseFromContextMenu(centerOf(m_studio->node("S2")),
+                                                                   QStringLiteral(u"编辑节点"));
                         }});
-    m_stages.push_back({QStringLiteral("virtual-link-dialogs"), &isShown<AddVLineForm>, [this] {
-                            m_studio->probe.vLineEditorForm()->close();
-                            m_studio->defineVLine("1", {pathOf("A S1 S2 B"), pathOf("A S1 S2 C")});
-                            m_studio->defineVLine("2", {pathOf("C S2 B")});
+    m_stages.push_back({QStringLiteral("node-dialog"), &isShown<EditItemWindow>, [this] {
+                            const QPointF s1 = centerOf(m_studio->node("S1"));
+                            const QPointF s2 = centerOf(m_studio->node("S2"));
+                            m_studio->editor.chooseFromContextMenu((s1 + s2) / 2,
+                                                                   QStringLiteral(u"编辑链路"));
                         }});
+    m_stages.push_back({QStringLiteral("property-dialogs"), &isShown<EditLineWindow>, [this] {
+                            clickButton<EditItemWindow>("cancelButton");
+                            clickButton<EditLineWindow>("cancelButton");
+                            m_studio->editor.scene()->clearSelection();
+                            openVirtualLinkDialogs();
+                        }});
+    m_stages.push_back(
+        {QStringLiteral("virtual-link-dialogs"), &isShown<VLineNodeSelectForm>, [this] {
+             clickButton<VLineNodeSelectForm>("cancelButton");
+             clickButton<AddVLineForm>("cancelButton");
+             clickButton<VLineEditorForm>("cancelButton");
+             m_studio->defineVLine("1", {pathOf("A S1 S2 B"), pathOf("A S1 S2 C")});
+             m_studio->defineVLine("2", {pathOf("C S2 B")});
+         }});
     m_stages.push_back({QStringLiteral("virtual-links"),
                         [this] { return m_studio->probe.vLineInfoList().size() == 2; },
-                        [this] { m_studio->openFlowEditor(); }});
-    m_stages.push_back({QStringLiteral("flow-dialog"), &isShown<FlowEditorForm>, [this] {
-                            m_studio->probe.flowEditorForm()->close();
+                        [this] { openFlowDialogs(); }});
+    m_stages.push_back({QStringLiteral("flow-dialogs"), &isShown<AddDstNodeForm>, [this] {
+                            clickButton<AddDstNodeForm>("cancelButton");
+                            clickButton<FlowEditorForm>("cancelButton");
                             const QList<QStringList> both{pathOf("400 4000"), pathOf("600 4000")};
                             m_studio->defineFlow("TT", "1", "5000", "1", pathOf("0 2000"), both);
                             m_studio->defineFlow("TT", "2", "10000", "1", pathOf("0 2000"), both);
@@ -134,7 +230,38 @@ void Tour::addDrawingStages()
                         }});
 }
 
-// Saves what was drawn, plans it and reads its send table.
+// A virtual link with one path, and the choice of the last node of a second one.
+void Tour::openVirtualLinkDialogs()
+{
+    VLineEditorForm* form = m_studio->openVLineEditor();
+    typeText(form, "lineEdit_VLineId", "1");
+    m_studio->addPath(form, pathOf("A S1 S2 B"));
+    AddVLineForm* path = m_studio->openPath(form);
+    for (const char* name : {"S1", "S2", "C"}) {
+        VLineNodeSelectForm* choice = m_studio->openNodeChoice(path);
+        comboBox(choice, "comboBox_vLineNode")->setCurrentText(QString::fromUtf8(name));
+        if (qstrcmp(name, "C") != 0)
+            clickButton(choice, "confirmButton");
+    }
+}
+
+// A filled flow, and the receive window of its second listener.
+void Tour::openFlowDialogs()
+{
+    FlowEditorForm* form = m_studio->openFlowEditor();
+    typeText(form, "lineEdit_flowId", "1");
+    typeText(form, "lineEdit_flowPeriod", "5000");
+    typeText(form, "lineEdit_flowSize", "64");
+    typeText(form, "lineEdit_sendWindowLow", "0");
+    typeText(form, "lineEdit_sendWindowHigh", "2000");
+    comboBox(form, "comboBox_dstNode")->setCurrentIndex(1);
+    clickButton(form, "addDstButton");
+    auto* listener = visibleWindow<AddDstNodeForm>();
+    typeText(listener, "lineEdit_rcvWindowLow", "600");
+    typeText(listener, "lineEdit_rcvWindowHigh", "4000");
+}
+
+// Saves what was drawn, plans it and reads its tables.
 void Tour::addDrawnRunStages()
 {
     m_stages.push_back({QStringLiteral("flows"),
@@ -148,7 +275,12 @@ void Tour::addDrawnRunStages()
     addRunStages(QStringLiteral("drawn-network"));
     m_stages.push_back({QStringLiteral("drawn-network-send-table"),
                         [this] { return m_studio->probe.planInfoDock() != nullptr; },
-                        [this] { m_studio->clickFileMenu(QStringLiteral(u"导出vek规范")); }});
+                        [this] { showTable(QStringLiteral(u"接收控制表")); }});
+    m_stages.push_back({QStringLiteral("drawn-network-receive-table"), [] { return true; },
+                        [this] {
+                            showTable(QStringLiteral(u"发送控制表"));
+                            m_studio->clickFileMenu(QStringLiteral(u"导出vek规范"));
+                        }});
 }
 
 // Exports the schedule of the drawn network and shows how it would come back.
@@ -170,8 +302,7 @@ void Tour::addExchangeStages()
                         [] { clickButton<ImportVekForm>("button_cancel"); }});
 }
 
-// Opens an example, plans it, then shows its schedule.
-void Tour::addExampleStages(const QString& example)
+void Tour::addOpeningStages(const QString& example)
 {
     m_stages.push_back({example + QStringLiteral("-start"),
                         [] { return !isShown<ImportVekForm>() && !isShown<QMessageBox>(); },
@@ -180,6 +311,12 @@ void Tour::addExampleStages(const QString& example)
         {example + QStringLiteral("-choose-project"), &isShown<QFileDialog>, [this, example] {
              chooseFile(QStringLiteral("%1/%2/%2.rotpro").arg(m_examples, example));
          }});
+}
+
+// Opens an example, plans it, then shows its schedule.
+void Tour::addExampleStages(const QString& example)
+{
+    addOpeningStages(example);
     m_stages.push_back({example + QStringLiteral("-opened"), [] { return !isShown<QFileDialog>(); },
                         [this] { makeRoomForTheDrawing(); }});
     m_stages.push_back({example + QStringLiteral("-scaled"),
@@ -195,6 +332,47 @@ void Tour::addExampleStages(const QString& example)
                         [this] { return m_studio->probe.planInfoDock() != nullptr; }, [] {}});
 }
 
+// Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.
+void Tour::addFailingExampleStages(const FailingExample& example)
+{
+    const QString& name = example.name;
+    addOpeningStages(name);
+    m_stages.push_back({name + QStringLiteral("-opened"), [] { return !isShown<QFileDialog>(); },
+                        [this] {
+                            makeRoomForTheDrawing();
+                            m_studio->clickToolBar(QStringLiteral(u"流量配置"));
+                        }});
+    m_stages.push_back({name, [this] { return m_studio->probe.flowDock()->isVisible(); },
+                        [this] {
+                            m_studio->editor.view()->centerOn(
+                                m_studio->editor.scene()->itemsBoundingRect().center());
+                            m_studio->clickToolBar(QStringLiteral(u"调度规划"));
+                        }});
+    m_stages.push_back({name + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
+                        [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
+    addOutcomeStage(name + QStringLiteral("-refused"));
+    m_stages.push_back({name + QStringLiteral("-refusal-read"),
+                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+                        [this, example] { mend(example); }});
+    m_stages.push_back({name + QStringLiteral("-mended"),
+                        [this, example] {
+                            const FlowInfo flow = m_studio->probe.flowInfoList().last();
+                            return flow.dstNodes.first().rcvWindowHigh == example.receiveWindow[1];
+                        },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    addRunStages(name + QStringLiteral("-mended"));
+    m_stages.push_back({name + QStringLiteral("-mended-schedule"), [] { return true; }, [] {}});
+}
+
+void Tour::mend(const FailingExample& example)
+{
+    m_studio->probe.flowTable()->selectRow(1);
+    QTest::mouseClick(Studio::dockButton(m_studio->probe.flowDock(), QStringLiteral(u"删除")),
+                      Qt::LeftButton);
+    m_studio->defineFlow("TT", "2", "10000", example.vLineId, example.sendWindow,
+                         {example.receiveWindow});
+}
+
 // Plans what is drawn and leaves the dock open on the schedule.
 void Tour::addRunStages(const QString& name)
 {
@@ -205,8 +383,11 @@ void Tour::addRunStages(const QString& name)
                         [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
                         [this, name] {
                             keepDocuments(name);
-                            showBusiestNode();
+                            openScheduleDock();
                         }});
+    m_stages.push_back({name + QStringLiteral("-dock-open"), // it grows step by step
+                        [this] { return m_studio->probe.planInfoDock()->height() > 460; },
+                        [this] { showTable(QStringLiteral(u"发送控制表")); }});
 }
 
 // Copies the documents of a run to a folder of their own; the next run replaces them.
@@ -231,15 +412,25 @@ void Tour::makeRoomForTheDrawing()
         ->setCurrentText(isLarge ? QStringLiteral("50%") : QStringLiteral("100%"));
 }
 
-// Opens the plan result dock alone and chooses the node that sends on most ports.
-void Tour::showBusiestNode()
+// Opens the plan result dock alone.
+void Tour::openScheduleDock()
 {
     m_studio->probe.vLineDock()->hide();
     m_studio->probe.flowDock()->hide();
     if (!m_studio->probe.planInfoDock() || m_studio->probe.planInfoDock()->isHidden())
         m_studio->clickToolBar(QStringLiteral(u"规划结果"));
-    const NodeInfo_Xml& schedule = m_studio->probe.sendNodeInfo();
-    auto* nodes = m_studio->probe.planInfoDock()->findChild<QListWidget*>();
+    m_studio->window.resizeDocks({m_studio->probe.planInfoDock()}, {480}, Qt::Vertical);
+}
+
+// Chooses a table, in it the node with most ports, and brings that node into view.
+void Tour::showTable(const QString& table)
+{
+    QDockWidget* dock = m_studio->probe.planInfoDock();
+    auto* tables = dock->findChild<QComboBox*>(QStringLiteral("comboboxFlowTableType"));
+    tables->setCurrentText(table);
+    const NodeInfo_Xml& schedule = tables->currentIndex() == 0 ? m_studio->probe.sendNodeInfo()
+                                                               : m_studio->probe.rcvNodeInfo();
+    auto* nodes = dock->findChild<QListWidget*>();
     int busiest = 0;
     for (int row = 0; row < nodes->count(); ++row) {
         const auto portsOf = [&](int of) {
@@ -249,7 +440,8 @@ void Tour::showBusiestNode()
             busiest = row;
     }
     nodes->setCurrentRow(busiest);
-    m_studio->window.resizeDocks({m_studio->probe.planInfoDock()}, {480}, Qt::Vertical);
+    const QString name = nodes->item(busiest)->text();
+    m_studio->editor.view()->centerOn(m_studio->node(name.toUtf8().constData()));
 }
 
 void Tour::addOutcomeStage(const QString& name)
@@ -277,6 +469,7 @@ void Tour::look()
     m_looksAtStage = 0;
     const Stage stage = m_stages.front();
     m_stages.pop_front();
+    arrangeDialogs();
     QTest::qWait(lookInterval_ms); // lets the stage be painted before its picture is taken
     takePicture(stage.name);
     QTimer::singleShot(0, this, stage.act);
@@ -288,6 +481,11 @@ void Tour::takePicture(const QString& name)
                              .arg(m_pictures)
                              .arg(++m_pictureCount, 2, 10, QLatin1Char('0'))
                              .arg(name);
-    if (!QGuiApplication::primaryScreen()->grabWindow(0).save(path))
+    QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    QPainter painter(&picture);
+    for (const QDialog* dialog : openDialogs())
+        drawFrame(painter, *dialog);
+    painter.end();
+    if (!picture.save(path))
         qWarning().noquote() << "tour: cannot save" << path;
 }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <functional>
@@ -33,15 +34,29 @@ private:
         std::function<void()> act; ///< may block until a later stage has answered
     };
 
+    /// An example that cannot be planned, and the second flow with which it can.
+    struct FailingExample {
+        QString name;
+        const char* vLineId;
+        QStringList sendWindow;
+        QStringList receiveWindow;
+    };
+
     void addStartStages();
     void addDrawingStages();
     void addDrawnRunStages();
     void addExchangeStages();
+    void openVirtualLinkDialogs();
+    void openFlowDialogs();
+    void addOpeningStages(const QString& example);
     void addExampleStages(const QString& example);
+    void addFailingExampleStages(const FailingExample& example);
+    void mend(const FailingExample& example);
     void addRunStages(const QString& name);
     static void keepDocuments(const QString& name);
     void makeRoomForTheDrawing();
-    void showBusiestNode();
+    void openScheduleDock();
+    void showTable(const QString& table);
     void addOutcomeStage(const QString& name);
     void look();
     void takePicture(const QString& name);

@@ -16,7 +16,7 @@ void PortDegrees::rebuild(const PortIndex& index)
     for (quint32 place = 0; place < count; ++place)
         m_winners[count + place] = place;
     for (quint32 match = count; match-- > 1;)
-        m_winners[match] = worseOf(index, m_winners[2 * match], m_winners[2 * match + 1]);
+        playMatch(index, match);
     for (quint32 place = 0; place < count; ++place)
         touch(place);
 }
@@ -47,20 +47,24 @@ WorstPort PortDegrees::measure(const PortIndex& index, const WindowBoard& board)
     return {worst.outport->degree, worst.nodeID, worst.outport->outport};
 }
 
-quint32 PortDegrees::worseOf(const PortIndex& index, quint32 one, quint32 other) const
+// The port with the higher degree wins, the earlier one a draw.
+void PortDegrees::playMatch(const PortIndex& index, std::size_t match)
 {
+    const quint32 one = m_winners[2 * match];
+    const quint32 other = m_winners[2 * match + 1];
     const quint32 oneDegree = index.ports()[one].outport->degree;
     const quint32 otherDegree = index.ports()[other].outport->degree;
     if (oneDegree != otherDegree)
-        return oneDegree > otherDegree ? one : other;
-    return std::min(one, other);
+        m_winners[match] = oneDegree > otherDegree ? one : other;
+    else
+        m_winners[match] = std::min(one, other);
 }
 
 void PortDegrees::playMatchesOf(const PortIndex& index, quint32 place)
 {
     const auto count = static_cast<quint32>(index.ports().size());
-    for (quint32 match = (count + place) / 2; match > 0; match /= 2)
-        m_winners[match] = worseOf(index, m_winners[2 * match], m_winners[2 * match + 1]);
+    for (std::size_t match = (count + place) / 2; match > 0; match /= 2)
+        playMatch(index, match);
 }
 
 } // namespace planner

@@ -30,7 +30,7 @@ public:
     WorstPort measure(const PortIndex& index, const WindowBoard& board);
 
 private:
-    quint32 worseOf(const PortIndex& index, quint32 one, quint32 other) const;
+    void playMatch(const PortIndex& index, std::size_t match);
     void playMatchesOf(const PortIndex& index, quint32 place);
 
     std::vector<bool> m_isTouched;  ///< by place

@@ -22,18 +22,20 @@ ImportVekForm::~ImportVekForm() = default;
 
 void ImportVekForm::selectInput()
 {
-    showPath(*ui->lineEdit_inputPath,
-             QFileDialog::getOpenFileName(this, QStringLiteral(u"导入vek_input.xml"), QString(),
-                                          QStringLiteral("vek_input(vek_input.xml)"), nullptr,
-                                          QFileDialog::DontUseNativeDialog));
+    select(*ui->lineEdit_inputPath, QStringLiteral(u"导入vek_input.xml"),
+           QStringLiteral("vek_input(vek_input.xml)"));
 }
 
 void ImportVekForm::selectOutput()
 {
-    showPath(*ui->lineEdit_outputPath,
-             QFileDialog::getOpenFileName(this, QStringLiteral(u"导入vek_output.xml"), QString(),
-                                          QStringLiteral("vek_output(vek_output.xml)"), nullptr,
-                                          QFileDialog::DontUseNativeDialog));
+    select(*ui->lineEdit_outputPath, QStringLiteral(u"导入vek_output.xml"),
+           QStringLiteral("vek_output(vek_output.xml)"));
+}
+
+void ImportVekForm::select(QLineEdit& edit, const QString& caption, const QString& filter)
+{
+    showPath(edit, QFileDialog::getOpenFileName(this, caption, QString(), filter, nullptr,
+                                                QFileDialog::DontUseNativeDialog));
 }
 
 // With a path missing the dialog goes without a word.

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+class QLineEdit;
+
 namespace Ui
 {
 class ImportForm;
@@ -30,5 +32,7 @@ private slots:
     void importThenLeave();
 
 private:
+    void select(QLineEdit& edit, const QString& caption, const QString& filter);
+
     std::unique_ptr<Ui::ImportForm> ui;
 };

@@ -58,6 +58,7 @@ public:
     ~MainWindow() override;
 
 signals:
+    /// Declared for others to call the scene by; the studio itself never emits it.
     void buildTopologyByProjectFile(QList<FileNodeInfo> nodes, QList<FileArrowInfo> arrows);
 
 protected:
@@ -82,8 +83,8 @@ private slots:
     void importVekFile(QString vekInputFilePath, QString vekOutputFilePath);
     void outportVekFile(QString dirPath);
     void flowEditor();
-    void addVLineItemByProjectFile(QList<FileVLineInfo> vLineInfoList);
-    void addFlowItemByProjectFile(QList<FlowInfo> flowInfoList);
+    void addVLineItemByProjectFile(QList<FileVLineInfo> records);
+    void addFlowItemByProjectFile(QList<FlowInfo> flows);
     void vLineEditor();
     void openFile(QString file);
     void showFlowEditorWindow();

@@ -56,9 +56,9 @@ void MainWindow::handleActionOpenProject()
 void MainWindow::showProject(const Project& project)
 {
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
-    topologyWindow->bringDrawingIntoView();
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);
+    topologyWindow->bringDrawingIntoView();
 }
 
 // ---- Documents from and to other folders
@@ -81,7 +81,8 @@ void MainWindow::showOutportForm()
 
 void MainWindow::importVekFile(QString vekInputFilePath, QString vekOutputFilePath)
 {
-    if (!importDocuments(vekInputFilePath, vekOutputFilePath))
+    // A run that lets events through must find its own documents again.
+    if (runInProgress || !importDocuments(vekInputFilePath, vekOutputFilePath))
         return;
     loadSchedule();
     if (!planInfoDock)

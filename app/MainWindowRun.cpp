@@ -15,13 +15,6 @@
 
 // The scheduling run: the dialog that starts it, the documents around it, its two stages.
 
-static void removeOutput(const QString& fileName)
-{
-    QDir folder(QDir::currentPath());
-    if (folder.cd(QStringLiteral("OutputXML")) && folder.exists(fileName))
-        folder.remove(fileName);
-}
-
 // The integer-button form of the boxes, without a parent and with the buttons 1, 1, 0.
 static void showBox(const StageOutcome& outcome)
 {
@@ -63,7 +56,7 @@ void MainWindow::planByUserInput()
 {
     if (runInProgress)
         return;
-    ensureDocumentFolder(QStringLiteral("ResourceXML"));
+    ensureDocumentFolder(inputFolder());
     const QString target = inputDocumentPath();
     const QString selected = QFileDialog::getOpenFileName(
         this, QStringLiteral(u"导入xml"), QString(), QStringLiteral("vek_input(vek_input.xml)"));

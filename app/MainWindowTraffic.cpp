@@ -1,7 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/DockToggle.h"
-#include "topology/NodeItemsByName.h"
+#include "project/ProjectFile.h"
 #include "traffic/ChildDialog.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/ShowVLineInfoForm.h"
@@ -133,8 +133,9 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
 void MainWindow::forgetGoneNode(const DiagramItem* node)
 {
-    forgetNode(vLineInfoList, node);
     for (int row = 0; row < vLineInfoList.size(); ++row) {
+        if (!forgetNode(vLineInfoList[row].vLinePaths, node))
+            continue;
         auto* paths = qobject_cast<QComboBox*>(vLineTable->cellWidget(row, 2));
         const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
         for (int i = 0; paths && i < items.size(); ++i)
@@ -164,24 +165,15 @@ void MainWindow::delShowVLineWindow()
     forgetDialog(showVLineInfoForm);
 }
 
-void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> files)
+void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
 {
     if (!vLineDock)
         addVLineDock();
     vLineDock->setVisible(true);
     clearTrafficTable(vLineTable);
     vLineInfoList.clear();
-    for (const FileVLineInfo& file : qAsConst(files)) {
-        VLineInfo vLine;
-        vLine.vLineId = file.vLineId;
-        for (const QStringList& names : file.vLinePaths) {
-            VLineItems path;
-            for (const QString& name : names)
-                path.append(nodeItemsByName.value(name));
-            vLine.vLinePaths.append(path);
-        }
-        addVLineEditorTableItem(vLine);
-    }
+    for (const FileVLineInfo& record : qAsConst(records))
+        addVLineEditorTableItem(vLineOf(record));
 }
 
 // ---- Flows

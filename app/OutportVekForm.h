@@ -11,7 +11,8 @@ class OutportVekForm;
 
 /// Asks for the folder to which the two documents are copied.
 ///
-/// Exporting frees the dialog; cancelling only closes it, and the object stays.
+/// Exporting frees the dialog; cancelling, or closing it otherwise, only hides it: the object
+/// stays.
 class OutportVekForm : public QDialog
 {
     Q_OBJECT

@@ -4,19 +4,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
-static QString inputFolder()
-{
-    return QStringLiteral("ResourceXML");
-}
-
-static QString outputFolder()
-{
-    return QStringLiteral("OutputXML");
-}
-
+// A path may lead to the target under another name; removing the target would lose the only copy.
 static void replaceFile(const QString& target, const QString& source)
 {
+    const QString realTarget = QFileInfo(target).canonicalFilePath();
+    if (!realTarget.isEmpty() && QFileInfo(source).canonicalFilePath() == realTarget)
+        return;
     if (QFile::exists(target))
         QFile::remove(target);
     if (QFile::exists(source))
@@ -24,10 +19,11 @@ static void replaceFile(const QString& target, const QString& source)
 }
 
 // An earlier copy stays, since copying does not overwrite.
-static void copyInto(const QDir& folder, const QString& source, const QString& tail)
+static void copyInto(const QDir& target, const QString& folder, const QString& source)
 {
     if (QFile::exists(source))
-        QFile::copy(source, folder.filePath(tail));
+        QFile::copy(source,
+                    target.filePath(folder + QLatin1Char('/') + QFileInfo(source).fileName()));
 }
 
 bool importDocuments(const QString& inputPath, const QString& outputPath)
@@ -52,6 +48,6 @@ void exportDocuments(const QString& dirPath)
         if (!target.exists(folder))
             target.mkdir(folder);
     }
-    copyInto(target, inputDocumentPath(), QStringLiteral("ResourceXML/vek_input.xml"));
-    copyInto(target, outputDocumentPath(), QStringLiteral("OutputXML/vek_output.xml"));
+    copyInto(target, inputFolder(), inputDocumentPath());
+    copyInto(target, outputFolder(), outputDocumentPath());
 }

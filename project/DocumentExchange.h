@@ -8,7 +8,8 @@
 /// Replaces the studio's documents by these files; false when nothing was done.
 ///
 /// Makes both folders in any case. Nothing else is done when a path is empty or is that of the
-/// studio's own document. An own document whose replacement does not exist is removed all the same.
+/// studio's own document. An own document whose replacement does not exist is removed all the same;
+/// one that a path merely reaches under another name stays.
 bool importDocuments(const QString& inputPath, const QString& outputPath);
 
 /// Copies the studio's documents to folders of the same names in dirPath, which are made.

@@ -4,14 +4,29 @@
 #include <QDir>
 #include <QFileInfo>
 
+QString inputFolder()
+{
+    return QStringLiteral("ResourceXML");
+}
+
+QString outputFolder()
+{
+    return QStringLiteral("OutputXML");
+}
+
+static QString pathInFolder(const QString& folder, const QString& fileName)
+{
+    return QDir::current().absolutePath() + QLatin1Char('/') + folder + QLatin1Char('/') + fileName;
+}
+
 QString inputDocumentPath()
 {
-    return QDir::current().absolutePath() + QStringLiteral("/ResourceXML/vek_input.xml");
+    return pathInFolder(inputFolder(), QStringLiteral("vek_input.xml"));
 }
 
 QString outputDocumentPath()
 {
-    return QDir::current().absolutePath() + QStringLiteral("/OutputXML/vek_output.xml");
+    return pathInFolder(outputFolder(), QStringLiteral("vek_output.xml"));
 }
 
 void ensureDocumentFolder(const QString& folder)
@@ -19,6 +34,13 @@ void ensureDocumentFolder(const QString& folder)
     const QDir current(QDir::currentPath());
     if (!current.exists(folder))
         current.mkpath(folder);
+}
+
+void removeOutput(const QString& fileName)
+{
+    QDir folder(QDir::currentPath());
+    if (folder.cd(outputFolder()) && folder.exists(fileName))
+        folder.remove(fileName);
 }
 
 // Loads one document; false when it does not load.
@@ -49,44 +71,5 @@ void forEachDocument(const DocumentPlace& place,
             qDebug() << failure.constData();
             return;
         }
-    }
-}
-
-TolerantReader::Element TolerantReader::child(Element parent, const char* name)
-{
-    if (!parent)
-        return nullptr;
-    const Element found = parent->FirstChildElement(name);
-    if (!found) {
-        if (m_missing == 0) {
-            m_firstMissing = QStringLiteral("\"%1\" in \"%2\" of line %3")
-                                 .arg(QString::fromUtf8(name), QString::fromUtf8(parent->Name()),
-                                      QString::number(parent->GetLineNum()));
-        }
-        ++m_missing;
-    }
-    return found;
-}
-
-void TolerantReader::forEachSibling(Element parent, const char* name,
-                                    const std::function<void(Element)>& visit) const
-{
-    for (Element element = parent ? parent->FirstChildElement(name) : nullptr; element;
-         element = element->NextSiblingElement())
-        visit(element);
-}
-
-int TolerantReader::number(Element parent, const char* name, bool& ok)
-{
-    const Element found = child(parent, name);
-    ok = ok && found;
-    return found ? found->IntText(0) : 0;
-}
-
-void TolerantReader::report(const QString& document) const
-{
-    if (m_missing > 0) {
-        qDebug().noquote() << document + QLatin1String(":") << m_missing
-                           << "elements are missing, the first is" << m_firstMissing;
     }
 }

@@ -93,6 +93,6 @@ void appendFlow(XMLDocument& doc, XMLElement* flows, const FlowInfo& flow)
 
 void saveInputDocument(XMLDocument& doc)
 {
-    ensureDocumentFolder(QStringLiteral("ResourceXML"));
+    ensureDocumentFolder(inputFolder());
     doc.SaveFile(inputDocumentPath().toUtf8().constData());
 }

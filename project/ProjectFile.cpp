@@ -3,6 +3,7 @@
 #include "project/ProjectStream.h"
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
+#include "topology/NodeItemsByName.h"
 
 #include <QGraphicsScene>
 
@@ -41,6 +42,19 @@ Project projectOf(const QGraphicsScene& scene, const QList<VLineInfo>& vLines,
         project.vLines.append(recordOf(vLine));
     project.flows = flows;
     return project;
+}
+
+VLineInfo vLineOf(const FileVLineInfo& record)
+{
+    VLineInfo vLine;
+    vLine.vLineId = record.vLineId;
+    for (const QStringList& names : record.vLinePaths) {
+        VLineItems path;
+        for (const QString& name : names)
+            path.append(nodeItemsByName.value(name));
+        vLine.vLinePaths.append(path);
+    }
+    return vLine;
 }
 
 void writeProject(QIODevice& device, const Project& project)

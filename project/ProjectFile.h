@@ -22,12 +22,15 @@ struct Project {
 Project projectOf(const QGraphicsScene& scene, const QList<VLineInfo>& vLines,
                   const QList<FlowInfo>& flows);
 
+/// The virtual link of a record: its node names looked up in nodeItemsByName, null where unknown.
+VLineInfo vLineOf(const FileVLineInfo& record);
+
 /// Writes the four lists and nothing else; the device is open for writing and stays open.
 ///
 /// Errors of the device are not reported.
 void writeProject(QIODevice& device, const Project& project);
 
-/// Reads the four lists from the device, which is open for reading and stays open.
+/// Reads the four lists from a device that can seek; it is open for reading and stays open.
 ///
 /// Nothing is verified and nothing thrown: the list in which the device runs dry comes out empty,
 /// and so do all lists behind it. A count that is negative, or larger than the rest of the device

@@ -7,7 +7,7 @@ static_assert(QDataStream::Qt_DefaultCompiledVersion >= QDataStream::Qt_5_13,
 
 StreamStatusKeeper::StreamStatusKeeper(QDataStream& stream) : m_stream(stream)
 {
-    if (stream.device() && stream.device()->isTransactionStarted())
+    if (stream.device()->isTransactionStarted())
         return;
     m_before = stream.status();
     stream.resetStatus();
@@ -34,7 +34,7 @@ int readCount(QDataStream& stream, qint64 smallestRecord)
     return 0;
 }
 
-// ---- Paths of virtual links
+// ---- Texts, and the paths of virtual links
 
 void writeRecord(QDataStream& stream, const QString& text)
 {

@@ -5,8 +5,10 @@
 #include "traffic/VLineInfo.h"
 
 #include <QDataStream>
+#include <QStringList>
 
-// The records of a project file on a QDataStream of the library's default version.
+// The records of a project file on a QDataStream of the library's default version, with a device
+// that can seek.
 //
 // Texts keep apart what is null and what is empty. A list is a signed 32-bit count and as many
 // records; lists inside records have the same form.

@@ -1,6 +1,7 @@
 #include "project/ScheduleReader.h"
 
 #include "project/DocumentFolder.h"
+#include "project/TolerantReader.h"
 
 using Element = TolerantReader::Element;
 
@@ -84,7 +85,7 @@ void readSchedule(const ScheduleTarget& target)
 {
     target.sendNodeInfo.clear();
     target.rcvNodeInfo.clear();
-    forEachDocument({QStringLiteral("OutputXML"), QStringLiteral("vek_output")},
+    forEachDocument({outputFolder(), QStringLiteral("vek_output")},
                     [&target](const tinyxml2::XMLElement& root) { OutputWalk(target).read(root); });
 }
 
@@ -96,7 +97,7 @@ void enterSlot(NodeInfo_Xml& nodeInfo, int nodeid, int port, int flowid, int slo
 void readNodeNames(NodeNames& nodeNames)
 {
     nodeNames.clear();
-    forEachDocument({QStringLiteral("ResourceXML"), QStringLiteral("vek_input")},
+    forEachDocument({inputFolder(), QStringLiteral("vek_input")},
                     [&nodeNames](const tinyxml2::XMLElement& root) {
                         TolerantReader reader;
                         const Element topology = reader.child(&root, "topology");

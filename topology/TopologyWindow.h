@@ -31,7 +31,7 @@ public:
     TopologyWindow();
     ~TopologyWindow() override;
 
-    /// Scrolls to the drawing when no item of it is in view.
+    /// Scrolls towards the drawing, as far as the canvas goes, when no item of it is in view.
     void bringDrawingIntoView();
 
 public slots:

@@ -41,18 +41,24 @@ DiagramItem* talkerOf(const VLineInfo& vLine)
     return vLine.vLinePaths.value(0).value(0);
 }
 
-void forgetNode(VLineItems& path, const DiagramItem* node)
+bool forgetNode(VLineItems& path, const DiagramItem* node)
 {
+    bool held = false;
     for (DiagramItem*& entry : path) {
-        if (entry == node)
-            entry = nullptr;
+        if (entry != node)
+            continue;
+        entry = nullptr;
+        held = true;
     }
+    return held;
 }
 
-void forgetNode(QList<VLineItems>& paths, const DiagramItem* node)
+bool forgetNode(QList<VLineItems>& paths, const DiagramItem* node)
 {
+    bool held = false;
     for (VLineItems& path : paths)
-        forgetNode(path, node);
+        held = forgetNode(path, node) || held;
+    return held;
 }
 
 void forgetNode(QList<VLineInfo>& vLines, const DiagramItem* node)

@@ -47,7 +47,7 @@ int switchCount(const VLineItems& path);
 /// The node from which all paths of the virtual link start; null without a path.
 DiagramItem* talkerOf(const VLineInfo& vLine);
 
-/// Turns every entry of a node into null; keys and lengths stay.
-void forgetNode(VLineItems& path, const DiagramItem* node);
-void forgetNode(QList<VLineItems>& paths, const DiagramItem* node);
+/// Turns every entry of a node into null; keys and lengths stay. Returns whether there was one.
+bool forgetNode(VLineItems& path, const DiagramItem* node);
+bool forgetNode(QList<VLineItems>& paths, const DiagramItem* node);
 void forgetNode(QList<VLineInfo>& vLines, const DiagramItem* node);

@@ -7,6 +7,8 @@
 
 #include <QTableWidget>
 
+#include <limits>
+
 // Whatever a file holds, the studio shows what there is and lives on.
 
 static QByteArray example(const char* name)
@@ -59,6 +61,21 @@ private slots:
                 robust.use();
         }
         QCOMPARE(robust.studio.editor.nodes().size(), projectFrom(bytes).nodes.size());
+    }
+
+    void nodesAtImpossiblePlacesAreBorne()
+    {
+        RobustStudio robust;
+        for (const double place :
+             {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+              -std::numeric_limits<double>::infinity(), 1e300, -1e15}) {
+            Project project = smallProject();
+            project.nodes.first().position = QPointF(place, -place);
+            robust.open(bytesOf(project));
+            robust.use();
+            QTest::keyClick(robust.studio.editor.view(), Qt::Key_A, Qt::ControlModifier);
+            robust.use();
+        }
     }
 
     void tenThousandDamagedProjectsOpen()

@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QDockWidget>
+#include <QLabel>
 #include <QListWidget>
 #include <QPointer>
 #include <QTableWidget>
@@ -50,6 +51,20 @@ static QString ownInput()
 static QString ownOutput()
 {
     return QDir::currentPath() + u("/OutputXML/vek_output.xml");
+}
+
+/// Texts of labels and buttons from top to bottom, in a row from left to right.
+static QStringList textsOf(const QDialog* form)
+{
+    QMap<QPair<int, int>, QString> texts;
+    for (const QWidget* widget : form->findChildren<QWidget*>()) {
+        const QPoint place = widget->mapTo(form, QPoint());
+        if (const auto* label = qobject_cast<const QLabel*>(widget))
+            texts[{place.y(), place.x()}] = label->text();
+        if (const auto* button = qobject_cast<const QPushButton*>(widget))
+            texts[{place.y(), place.x()}] = button->text();
+    }
+    return texts.values();
 }
 
 template <typename Form>
@@ -170,8 +185,9 @@ private slots:
         QVERIFY(lineEdit(form, "lineEdit_outputPath")->isReadOnly());
         QTest::keyClicks(lineEdit(form, "lineEdit_inputPath"), u("/typed"));
         QCOMPARE(lineEdit(form, "lineEdit_inputPath")->text(), QString());
-        QCOMPARE(form->findChild<QPushButton*>(u("button_import"))->text(), u("确认导入"));
-        QCOMPARE(form->findChild<QPushButton*>(u("button_cancel"))->text(), u("取消导入"));
+        QCOMPARE(textsOf(form),
+                 (QStringList{u("vek_input.xml路径："), u("选择文件"), u("vek_output.xml路径:"),
+                              u("选择文件"), u("确认导入"), u("取消导入")}));
     }
 
     void exportFormHasItsTextsAndReadOnlyPath()
@@ -186,7 +202,8 @@ private slots:
         QVERIFY(lineEdit(form, "lineEdit_outportPath")->isReadOnly());
         QVERIFY(form->findChild<QWidget*>(u("horizontalLayoutWidget"))
                     ->isAncestorOf(lineEdit(form, "lineEdit_outportPath")));
-        QCOMPARE(form->findChild<QPushButton*>(u("button_outport"))->text(), u("确认导出"));
+        QCOMPARE(textsOf(form), (QStringList{u("vek规范导出路径:"), u("选择导出文件夹"),
+                                             u("确认导出"), u("取消导出")}));
     }
 
     void fileDialogsHaveTheirCaptionsAndFilters()
@@ -208,6 +225,20 @@ private slots:
                               u("导入vek_output.xml [vek_output(vek_output.xml)]")}));
         QVERIFY(answers.seen().last().startsWith(u("请选择导出Vek规范的文件夹路径 [")));
         QVERIFY(answers.allFileDialogsWereOwn());
+        QCOMPARE(answers.parents(), (QList<QWidget*>{importForm, importForm, exportForm}));
+    }
+
+    void exportStartsInTheWorkingFolder()
+    {
+        ExchangeStudio exchange;
+        ImportVekForm* importForm = exchange.openImport();
+        ExchangeStudio::choose(importForm, "button_selectInput", exchange.givenInput);
+        clickButton(importForm, "button_cancel");
+        deleteWhatIsToBeDeleted();
+        DialogAnswers answers;
+        answers.expectCancelledFileDialog();
+        clickButton(exchange.openExport(), "button_selectOutportPath");
+        QCOMPARE(answers.startFolders(), QStringList{QDir::currentPath()});
     }
 
     void cancelledFileDialogEmptiesThePath()
@@ -252,11 +283,15 @@ private slots:
         QVERIFY(next != form);
     }
 
-    void importDialogClosedByEscapeFreesItself()
+    void importDialogLeftOtherwiseFreesItself()
     {
         ExchangeStudio exchange;
-        const QPointer<ImportVekForm> form = exchange.openImport();
+        QPointer<ImportVekForm> form = exchange.openImport();
         QTest::keyClick(form, Qt::Key_Escape);
+        deleteWhatIsToBeDeleted();
+        QVERIFY(form.isNull());
+        form = exchange.openImport();
+        form->close(); // as by the title bar
         deleteWhatIsToBeDeleted();
         QVERIFY(form.isNull());
     }
@@ -272,10 +307,19 @@ private slots:
     {
         QFETCH(bool, inputGiven);
         ExchangeStudio exchange;
-        exchange.import(inputGiven ? exchange.givenInput : QString(),
-                        inputGiven ? QString() : exchange.givenOutput);
-        QVERIFY(!QFile::exists(ownInput()));
-        QVERIFY(!QFile::exists(ownOutput()));
+        ImportVekForm* form = exchange.openImport();
+        const QSignalSpy imported(form, &ImportVekForm::signal_importVekFile);
+        if (inputGiven)
+            ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
+        else
+            ExchangeStudio::choose(form, "button_selectOutput", exchange.givenOutput);
+        const QPointer<ImportVekForm> gone = form;
+        clickButton(form, "button_import");
+        QCOMPARE(imported.count(), 0);
+        deleteWhatIsToBeDeleted();
+        QVERIFY(gone.isNull());
+        QVERIFY(!QDir(u("ResourceXML")).exists());
+        QVERIFY(!QDir(u("OutputXML")).exists());
         QVERIFY(!exchange.studio.probe.planInfoDock());
     }
 
@@ -298,6 +342,8 @@ private slots:
         writeFile(ownOutput(), outputDocument(1000));
         exchange.import(exchange.givenInput, ownOutput());
         QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QCOMPARE(readFile(ownOutput()), outputDocument(1000));
+        QCOMPARE(exchange.studio.probe.schedCycle(), 0);
         QVERIFY(!exchange.studio.probe.planInfoDock());
     }
 
@@ -321,6 +367,45 @@ private slots:
         exchange.studio.probe.importVekFile(QString(), exchange.givenOutput);
         QVERIFY(QDir(u("ResourceXML")).exists());
         QVERIFY(QDir(u("OutputXML")).exists());
+    }
+
+    void importWithoutAnOutputKeepsTheOwnDocuments()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        writeFile(ownOutput(), outputDocument(1000));
+        exchange.studio.probe.importVekFile(exchange.givenInput, QString());
+        QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QCOMPARE(readFile(ownOutput()), outputDocument(1000));
+    }
+
+    void ownDocumentUnderAnotherNameIsNotLost()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        writeFile(ownOutput(), outputDocument(1000));
+        const QString detour = QDir::currentPath() + u("/ResourceXML/../ResourceXML/vek_input.xml");
+        exchange.studio.probe.importVekFile(detour, exchange.givenOutput);
+        QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QCOMPARE(readFile(ownOutput()), outputDocument(4000)); // only the very same text stops it
+        QCOMPARE(exchange.studio.probe.schedCycle(), 4000);
+    }
+
+    void importDuringARunIsPutAside()
+    {
+        ExchangeStudio exchange;
+        writeFile(ownInput(), inputDocument("own"));
+        static ExchangeStudio* running = nullptr;
+        running = &exchange;
+        exchange.studio.probe.replaceFirstStage([](planner::PlanningContext&) {
+            running->studio.probe.importVekFile(running->givenInput, running->givenOutput);
+            return qint32(-1);
+        });
+        DialogAnswers answers;
+        answers.expectMessageBox();
+        QCOMPARE(exchange.studio.probe.callAlgorithm(), -1);
+        QCOMPARE(readFile(ownInput()), inputDocument("own"));
+        QVERIFY(!QFile::exists(ownOutput()));
     }
 
     void importReplacesTheDocumentsAndTheShownSchedule()
@@ -355,23 +440,39 @@ private slots:
         ExchangeStudio exchange;
         exchange.studio.drawSmallNetwork();
         exchange.studio.defineVLine("1", {{u("A"), u("S1"), u("S2"), u("B")}});
+        exchange.studio.defineFlow("TT", "1", "5000", "1", {u("0"), u("2000")},
+                                   {{u("400"), u("4000")}});
         exchange.import(exchange.givenInput, exchange.givenOutput);
         QCOMPARE(exchange.studio.editor.nodes().size(), 5);
+        QCOMPARE(exchange.studio.probe.vLineInfoList().size(), 1);
         QCOMPARE(exchange.studio.probe.vLineTable()->rowCount(), 1);
+        QCOMPARE(exchange.studio.probe.flowInfoList().size(), 1);
+        QCOMPARE(exchange.studio.probe.flowTable()->rowCount(), 1);
+    }
+
+    void sourceThatIsGoneStillRemovesTheOwnDocument_data()
+    {
+        QTest::addColumn<bool>("inputIsGone");
+        QTest::newRow("input") << true;
+        QTest::newRow("output") << false;
     }
 
     void sourceThatIsGoneStillRemovesTheOwnDocument()
     {
+        QFETCH(bool, inputIsGone);
         ExchangeStudio exchange;
         writeFile(ownInput(), inputDocument("own"));
         writeFile(ownOutput(), outputDocument(1000));
         const QPointer<ImportVekForm> form = exchange.openImport();
         ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
         ExchangeStudio::choose(form, "button_selectOutput", exchange.givenOutput);
-        QVERIFY(QFile::remove(exchange.givenInput));
+        QVERIFY(QFile::remove(inputIsGone ? exchange.givenInput : exchange.givenOutput));
         clickButton(form, "button_import");
-        QVERIFY(!QFile::exists(ownInput()));
-        QCOMPARE(readFile(ownOutput()), outputDocument(4000));
+        QCOMPARE(readFile(ownInput()), inputIsGone ? QByteArray() : inputDocument("given"));
+        QCOMPARE(readFile(ownOutput()), inputIsGone ? outputDocument(4000) : QByteArray());
+        QCOMPARE(QFile::exists(ownInput()), !inputIsGone);
+        QCOMPARE(QFile::exists(ownOutput()), inputIsGone);
+        QVERIFY(exchange.studio.probe.planInfoDock()); // shown all the same, if empty
     }
 
     void exportBeforeAnyRunMakesTwoEmptyFolders()
@@ -405,12 +506,39 @@ private slots:
         QCOMPARE(readFile(target + u("/OutputXML/vek_output.xml")), outputDocument(1000));
     }
 
+    void exportCopiesEachDocumentByItself()
+    {
+        ExchangeStudio exchange;
+        const QString inputOnly = exchange.folder.path(u("inputOnly"));
+        const QString outputOnly = exchange.folder.path(u("outputOnly"));
+        QVERIFY(QDir().mkpath(inputOnly) && QDir().mkpath(outputOnly));
+        writeFile(ownInput(), inputDocument("own"));
+        exchange.exportTo(inputOnly);
+        QVERIFY(QFile::exists(inputOnly + u("/ResourceXML/vek_input.xml")));
+        QVERIFY(QDir(inputOnly + u("/OutputXML")).isEmpty());
+        QVERIFY(QFile::remove(ownInput()));
+        writeFile(ownOutput(), outputDocument(1000));
+        exchange.exportTo(outputOnly);
+        QVERIFY(QDir(outputOnly + u("/ResourceXML")).isEmpty());
+        QVERIFY(QFile::exists(outputOnly + u("/OutputXML/vek_output.xml")));
+    }
+
+    void exportToNoFolderMakesNone()
+    {
+        ExchangeStudio exchange;
+        exchange.studio.probe.outportVekFile(QString());
+        QVERIFY(!QDir(u("ResourceXML")).exists());
+        QVERIFY(!QDir(u("OutputXML")).exists());
+    }
+
     void exportWithoutAFolderDoesNothing()
     {
         ExchangeStudio exchange;
         writeFile(ownInput(), inputDocument("own"));
         const QPointer<OutportVekForm> form = exchange.openExport();
+        const QSignalSpy exported(form.data(), &OutportVekForm::signal_outportVekFile);
         clickButton(form, "button_outport");
+        QCOMPARE(exported.count(), 0);
         deleteWhatIsToBeDeleted();
         QVERIFY(form.isNull());
         QCOMPARE(QDir().entryList(QDir::Dirs | QDir::NoDotAndDotDot),

@@ -45,6 +45,7 @@ struct MainWindowProbe {
         window.addFlowItemByProjectFile(flows);
     }
 
+    void outportVekFile(const QString& folder) const { window.outportVekFile(folder); }
     void importVekFile(const QString& input, const QString& output) const
     {
         window.importVekFile(input, output);

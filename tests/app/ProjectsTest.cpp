@@ -12,7 +12,14 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QListWidget>
 #include <QTableWidget>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
 
 // Saving and opening projects through the file menu and its dialogs.
 
@@ -103,6 +110,8 @@ private slots:
         QCOMPARE(answers.seen(), (QStringList{u("打开工程 [Rotunda工程配置文件 (*.rotpro)]"),
                                               u("保存文件 [Rotunda工程配置文件 (*.rotpro)]")}));
         QVERIFY(answers.allFileDialogsWereOwn());
+        QCOMPARE(answers.parents(),
+                 (QList<QWidget*>{&project.studio.window, &project.studio.window}));
     }
 
     void cancellingChangesNothing()
@@ -157,7 +166,40 @@ private slots:
         project.studio.clickFileMenu(u("保存工程"));
         QVERIFY(answers.allAnswered());
         QCOMPARE(answers.seen().size(), 1);
+        QVERIFY(project.log.lines().isEmpty());
         QVERIFY(QFileInfo(project.folder.path(u("taken.rotpro"))).isDir());
+    }
+
+    void fileThatCannotBeReadLeavesEverythingAsItWas()
+    {
+        ProjectStudio project;
+        project.studio.drawSmallNetwork();
+        // Even root cannot open a socket as a file.
+        const QByteArray path = QFile::encodeName(project.folder.path(u("s.rotpro")));
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        QVERIFY(size_t(path.size()) < sizeof address.sun_path);
+        std::copy(path.begin(), path.end(), address.sun_path);
+        const int handle = socket(AF_UNIX, SOCK_STREAM, 0);
+        QCOMPARE(bind(handle, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        project.studio.openProject(project.folder.path(u("s.rotpro")));
+        ::close(handle);
+        QCOMPARE(project.studio.editor.nodes().size(), 5);
+        QVERIFY(!project.studio.probe.vLineDock());
+        QVERIFY(!project.studio.probe.flowDock());
+    }
+
+    void dockThatIsOpenAlreadyGetsTheOtherBesideIt()
+    {
+        for (const char* open : {"虚链路配置", "流量配置"}) {
+            ProjectStudio project;
+            project.studio.clickToolBar(u(open));
+            project.open(bytesOf(smallProject()));
+            QCOMPARE(project.studio.window.tabifiedDockWidgets(project.studio.probe.vLineDock()),
+                     QList<QDockWidget*>{project.studio.probe.flowDock()});
+            QVERIFY(!project.studio.probe.vLineDock()->isHidden());
+            QVERIFY(!project.studio.probe.flowDock()->isHidden());
+        }
     }
 
     void drawnProjectIsSavedWithTheTopmostItemFirst()
@@ -347,7 +389,25 @@ private slots:
         const QByteArray output = readFile(u("OutputXML/vek_output.xml"));
         const QByteArray input = readFile(u("ResourceXML/vek_input.xml"));
         QVERIFY(!output.isEmpty());
+        project.studio.clickToolBar(u("规划结果"));
+        auto* nodes = project.studio.probe.planInfoDock()->findChild<QListWidget*>();
+        QListWidgetItem* talker = nodes->findItems(u("A"), Qt::MatchExactly).value(0);
+        QVERIFY(talker);
+        QTest::mouseClick(nodes->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          nodes->visualItemRect(talker).center());
+        auto* table =
+            project.studio.probe.planInfoDock()->findChild<QTableWidget*>(u("timeSlotInfo_send"));
+        const int rows = table->rowCount();
+        QVERIFY(rows > 0);
+        const NodeInfo_Xml received = project.studio.probe.rcvNodeInfo();
+        const int slotCount = project.studio.probe.slotCount();
+        const QSignalSpy built(&project.studio.window, &MainWindow::buildTopologyByProjectFile);
         project.open(bytesOf(smallProject()));
+        QCOMPARE(built.count(), 0);
+        QCOMPARE(nodes->currentItem(), talker);
+        QCOMPARE(table->rowCount(), rows);
+        QCOMPARE(project.studio.probe.rcvNodeInfo(), received);
+        QCOMPARE(project.studio.probe.slotCount(), slotCount);
         QCOMPARE(readFile(u("OutputXML/vek_output.xml")), output);
         QCOMPARE(readFile(u("ResourceXML/vek_input.xml")), input);
         QCOMPARE(project.studio.probe.schedCycle(), 5000);

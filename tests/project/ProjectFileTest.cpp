@@ -1,3 +1,5 @@
+#include "project/ProjectStream.h"
+
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/Documents.h"
 
@@ -64,6 +66,16 @@ static int completeListsWithin(const QList<int>& ends, int length)
     for (const int end : ends)
         complete += end <= length;
     return complete;
+}
+
+template <typename Record>
+static void checkSmallestSize()
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QDataStream stream(&buffer);
+    writeRecord(stream, Record());
+    QCOMPARE(qint64(buffer.data().size()), smallestRecord_bytes<Record>);
 }
 
 class ProjectFileTest : public QObject
@@ -248,6 +260,44 @@ private slots:
         Project expected = whole;
         expected.vLines.clear();
         QCOMPARE(bytesOf(projectFrom(bytes.bytes())), bytesOf(expected));
+    }
+
+    void smallestRecordsHaveTheSizesThatCountsAreCheckedAgainst()
+    {
+        checkSmallestSize<QString>();
+        checkSmallestSize<QStringList>();
+        checkSmallestSize<FileArrowInfo>();
+        checkSmallestSize<FileNodeInfo>();
+        checkSmallestSize<FileVLineInfo>();
+        checkSmallestSize<FlowInfo>();
+        checkSmallestSize<DstNodeInfo>();
+    }
+
+    void badStatusFromBeforeIsSetAsideForTheListAndComesBack()
+    {
+        QByteArray bytes = ProjectBytes().number(1).text(QStringLiteral("A")).bytes();
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QDataStream stream(&buffer);
+        stream.setStatus(QDataStream::ReadCorruptData);
+        QList<QString> names;
+        readList(stream, names);
+        QCOMPARE(names, QList<QString>{QStringLiteral("A")});
+        QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+    }
+
+    void badStatusStaysInForceDuringATransaction()
+    {
+        QByteArray bytes = ProjectBytes().number(1).text(QStringLiteral("A")).bytes();
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QDataStream stream(&buffer);
+        stream.startTransaction();
+        stream.setStatus(QDataStream::ReadCorruptData);
+        QList<QString> names{QStringLiteral("before")};
+        readList(stream, names);
+        QVERIFY(names.isEmpty());
+        QVERIFY(stream.status() != QDataStream::Ok);
     }
 
     void everyCutOfEveryExampleIsReadWithoutHarm()

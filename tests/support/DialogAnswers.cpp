@@ -1,6 +1,7 @@
 #include "tests/support/DialogAnswers.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -63,6 +64,8 @@ bool DialogAnswers::answerFileDialog(QWidget* window)
         return false;
     m_seen.append(QStringLiteral("%1 [%2]").arg(dialog->windowTitle(),
                                                 dialog->nameFilters().join(QStringLiteral(";;"))));
+    m_startFolders.append(dialog->directory().absolutePath());
+    m_parents.append(dialog->parentWidget());
     m_allOwn = m_allOwn && dialog->testOption(QFileDialog::DontUseNativeDialog);
     if (m_expected.isEmpty() || m_expected.first().kind == Answer::MessageBox) {
         m_unexpected.append(m_seen.last());

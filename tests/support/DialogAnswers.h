@@ -28,6 +28,9 @@ public:
     /// "caption: text" of each message box, and "caption [filter]" of each file dialog, in order.
     const QStringList& seen() const { return m_seen; }
     const QStringList& unexpected() const { return m_unexpected; }
+    /// Folders in which the file dialogs started, and whose children they were.
+    const QStringList& startFolders() const { return m_startFolders; }
+    const QList<QWidget*>& parents() const { return m_parents; }
     /// Whether each file dialog so far was the toolkit's own, not the desktop's.
     bool allFileDialogsWereOwn() const { return m_allOwn; }
     bool allAnswered() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
@@ -47,6 +50,8 @@ private:
     QList<Answer> m_expected;
     QStringList m_seen;
     QStringList m_unexpected;
+    QStringList m_startFolders;
+    QList<QWidget*> m_parents;
     bool m_allOwn = true;
     QPointer<QWidget> m_current;
 };

@@ -49,7 +49,8 @@ int main(int argc, char** argv)
     qInstallMessageHandler(&keepWarningsOnly);
     qAddPreRoutine(&startTour);
     const int result = runApplication(argc, argv);
-    printf("The studio toured: pictures and documents are in %s\n",
+    printf("%s: pictures and documents are in %s\n",
+           tourComplete ? "The studio toured" : "The tour broke off",
            qPrintable(QDir::currentPath()));
     return tourComplete ? result : 1;
 }

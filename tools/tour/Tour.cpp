@@ -14,6 +14,7 @@
 
 #include "tests/app/Studio.h"
 #include "tests/support/DialogClicks.h"
+#include "tools/tour/DialogPictures.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -26,25 +27,12 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QTableWidget>
 #include <QtTest>
 
-#include <algorithm>
-#include <tuple>
-
 static constexpr int lookInterval_ms = 100;
 static constexpr int mostLooksAtOneStage = 600;
-
-// Where dialogs stand in the pictures: in a row, their lower edges on one line, right of the tool
-// box.
-static constexpr int dialogsLeft = 320;
-static constexpr int dialogsRight = 1264;
-static constexpr int dialogsBottom = 758;
-static constexpr int dialogGap = 16;
-static constexpr int titleHeight = 26;
 
 /// The visible top-level window of a class; null when there is none.
 template <typename Window>
@@ -88,63 +76,6 @@ static void chooseFile(const QString& path)
         visibleWindow<QFileDialog>()->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     edit->setText(path);
     QTest::keyClick(edit, Qt::Key_Enter);
-}
-
-// ---- Dialogs in the pictures
-
-static int dialogsAround(const QWidget* widget)
-{
-    int count = 0;
-    for (const QWidget* each = widget->parentWidget(); each; each = each->parentWidget()) {
-        if (qobject_cast<const QDialog*>(each))
-            ++count;
-    }
-    return count;
-}
-
-/// The open dialogs, each behind the one that it belongs to.
-static QList<QDialog*> openDialogs()
-{
-    QList<QDialog*> dialogs;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* dialog = qobject_cast<QDialog*>(widget);
-        if (dialog && dialog->isVisible())
-            dialogs.append(dialog);
-    }
-    const auto place = [](const QDialog* dialog) {
-        return std::make_tuple(dialogsAround(dialog),
-                               QByteArray(dialog->metaObject()->className()));
-    };
-    std::sort(dialogs.begin(), dialogs.end(),
-              [&](const QDialog* a, const QDialog* b) { return place(a) < place(b); });
-    return dialogs;
-}
-
-/// Sets the open dialogs side by side, where they hide neither each other nor the drawing.
-static void arrangeDialogs()
-{
-    int width = -dialogGap;
-    for (const QDialog* dialog : openDialogs())
-        width += dialog->width() + dialogGap;
-    int left = std::min(dialogsLeft, dialogsRight - width);
-    for (QDialog* dialog : openDialogs()) {
-        dialog->move(left, dialogsBottom - dialog->height());
-        left += dialog->width() + dialogGap;
-    }
-}
-
-/// Draws what a window manager would: the virtual display has none.
-static void drawFrame(QPainter& painter, const QDialog& dialog)
-{
-    const QColor frame(72, 84, 100);
-    const QRect inside = dialog.geometry();
-    const QRect title(inside.left() - 1, inside.top() - titleHeight, inside.width() + 2,
-                      titleHeight);
-    painter.fillRect(title, frame);
-    painter.setPen(frame);
-    painter.drawRect(inside.adjusted(-1, -1, 0, 0));
-    painter.setPen(Qt::white);
-    painter.drawText(title.adjusted(10, 0, -10, 0), Qt::AlignVCenter, dialog.windowTitle());
 }
 
 // ---- Stages
@@ -481,11 +412,6 @@ void Tour::takePicture(const QString& name)
                              .arg(m_pictures)
                              .arg(++m_pictureCount, 2, 10, QLatin1Char('0'))
                              .arg(name);
-    QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
-    QPainter painter(&picture);
-    for (const QDialog* dialog : openDialogs())
-        drawFrame(painter, *dialog);
-    painter.end();
-    if (!picture.save(path))
+    if (!screenPicture().save(path))
         qWarning().noquote() << "tour: cannot save" << path;
 }

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QPixmap>
+
+// How dialogs show in the pictures of the tour.
+
+/// Sets the open dialogs side by side, where they hide neither each other nor the drawing.
+void arrangeDialogs();
+
+/// The whole screen, with a frame around each open dialog.
+QPixmap screenPicture();

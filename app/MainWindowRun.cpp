@@ -62,7 +62,7 @@ void MainWindow::planByUserInput()
         this, QStringLiteral(u"导入xml"), QString(), QStringLiteral("vek_input(vek_input.xml)"));
     if (selected.isEmpty())
         return;
-    if (QFile::exists(selected) && selected != target)
+    if (QFile::exists(selected) && !leadsTo(selected, target))
         QFile::remove(target);
     QFile::copy(selected, target);
     if (callAlgorithm() == 0)

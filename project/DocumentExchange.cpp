@@ -6,11 +6,9 @@
 #include <QFile>
 #include <QFileInfo>
 
-// A path may lead to the target under another name; removing the target would lose the only copy.
 static void replaceFile(const QString& target, const QString& source)
 {
-    const QString realTarget = QFileInfo(target).canonicalFilePath();
-    if (!realTarget.isEmpty() && QFileInfo(source).canonicalFilePath() == realTarget)
+    if (leadsTo(source, target))
         return;
     if (QFile::exists(target))
         QFile::remove(target);

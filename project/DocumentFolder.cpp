@@ -29,6 +29,12 @@ QString outputDocumentPath()
     return pathInFolder(outputFolder(), QStringLiteral("vek_output.xml"));
 }
 
+bool leadsTo(const QString& path, const QString& document)
+{
+    const QString real = QFileInfo(document).canonicalFilePath();
+    return !real.isEmpty() && QFileInfo(path).canonicalFilePath() == real;
+}
+
 void ensureDocumentFolder(const QString& folder)
 {
     const QDir current(QDir::currentPath());

@@ -26,6 +26,11 @@ QString inputDocumentPath();
 /// Absolute path of the studio's own output document, vek_output.xml.
 QString outputDocumentPath();
 
+/// Whether a path leads to this document, be it by another name; false when there is none.
+///
+/// Removing a document in order to copy such a file to it would lose the only copy.
+bool leadsTo(const QString& path, const QString& document);
+
 /// Makes the folder under the current directory unless it exists.
 void ensureDocumentFolder(const QString& folder);
 

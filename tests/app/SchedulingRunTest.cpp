@@ -200,6 +200,17 @@ private slots:
         QCOMPARE(readFile(inputFile()), document);
     }
 
+    void targetPickedByADetourIsKept()
+    {
+        const QByteArray document = readFile(exampleDocument("ring"));
+        writeFile(inputFile(), document);
+        QVERIFY(QFile::link(m_folder->path(QStringLiteral("ResourceXML")),
+                            m_folder->path(QStringLiteral("other"))));
+        QCOMPARE(runOnDocument(m_folder->path(QStringLiteral("other/vek_input.xml"))),
+                 QStringList{successBox()});
+        QCOMPARE(readFile(inputFile()), document);
+    }
+
     void pickedDocumentReplacesTheEarlierOne()
     {
         writeFile(inputFile(), "earlier");

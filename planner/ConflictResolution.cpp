@@ -139,11 +139,12 @@ private:
         return true;
     }
 
-    /// Whether a search upwards from one slot to another went above the bound on its way.
+    /// Whether a search upwards went above the bound behind the slot at which it began.
     static bool hasPassed(qint32 from, qint32 to, qint32 bound)
     {
-        const bool wrapped = to < from;
-        return from != to && (wrapped ? std::numeric_limits<qint32>::max() : to) > bound;
+        constexpr qint32 largest = std::numeric_limits<qint32>::max();
+        const bool cameToLargest = to < from && from != largest;
+        return from != to && (cameToLargest ? largest : to) > bound;
     }
 
     void fix(const PortInstance& entry, qint32 slot)

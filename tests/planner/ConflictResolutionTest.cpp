@@ -223,6 +223,23 @@ private slots:
         QCOMPARE(resolve(false, {window(last, last), window(3, 5)}, last).code, code::ok);
     }
 
+    void searchBehindTheLargestSlotWrapsWithoutFailing()
+    {
+        const qint32 last = std::numeric_limits<qint32>::max();
+        const qint32 least = std::numeric_limits<qint32>::min();
+        for (const bool asSwitch : {false, true}) {
+            const Outcome outcome =
+                resolve(asSwitch, {window(last, 5), window(last, 5), window(last, 5)}, last);
+            QCOMPARE(outcome.code, code::ok);
+            QCOMPARE(outcome.slotsGiven, (Slots{last, least, least}));
+        }
+        // One slot earlier the search meets the largest slot, which lies behind the window.
+        const Outcome outcome =
+            resolve(false, {window(last - 1, 5), window(last, 5), window(last - 1, 5)}, last);
+        QCOMPARE(outcome.code, code::refused);
+        QCOMPARE(outcome.slotsGiven, (Slots{last - 1, last}));
+    }
+
     void failureLeavesEveryWindowAsItWas()
     {
         const LogCapture log;

@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <unordered_map>
+#include <vector>
 
 namespace planner
 {
@@ -84,22 +85,22 @@ LinkInfo reversed(const LinkInfo& link)
     return {link.dstnode, link.srcnode, link.dstport, link.srcport, link.bandwidth};
 }
 
-void resolvePorts(const TopologyIndex& topology, VirtualLinkPath& path)
+/// The numbers are those of the path's nodes, in path order; nothing is linked to an unknown one.
+void resolvePorts(const TopologyIndex& topology, const std::vector<quint32>& nodes,
+                  VirtualLinkPath& path)
 {
-    const LinkPorts first = topology.portsBetween(path.talkerNodeID, path.bridges.front().nodeID);
-    path.talkerOutport = first.outport;
-    path.bridges.front().inport = first.inport;
-
-    const LinkPorts last = topology.portsBetween(path.bridges.back().nodeID, path.listenerNodeID);
-    path.bridges.back().outport = last.outport;
-    path.listenerInport = last.inport;
-
-    for (auto hop = path.bridges.begin(), next = std::next(hop); next != path.bridges.end();
-         ++hop, ++next) {
-        const LinkPorts between = topology.portsBetween(hop->nodeID, next->nodeID);
-        hop->outport = between.outport;
-        next->inport = between.inport;
+    quint16* outport = &path.talkerOutport;
+    auto node = nodes.begin();
+    for (BridgeHop& hop : path.bridges) {
+        const LinkPorts ports = topology.portsBetween(*node, *std::next(node));
+        *outport = ports.outport;
+        hop.inport = ports.inport;
+        outport = &hop.outport;
+        ++node;
     }
+    const LinkPorts ports = topology.portsBetween(*node, *std::next(node));
+    *outport = ports.outport;
+    path.listenerInport = ports.inport;
 }
 
 void resolveBufferNumbers(const TopologyIndex& topology, VirtualLinkPath& path)
@@ -294,17 +295,17 @@ VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text
         throw DocumentError(
             QStringLiteral("datapath \"%1\" needs a talker, a switch and a listener").arg(text));
     }
-    const auto nodeId = [&topology](const QString& name) {
-        return static_cast<quint16>(topology.nodeIdOfName(name));
-    };
+    std::vector<quint32> nodes;
+    for (const QString& name : names)
+        nodes.push_back(topology.nodeIdOfName(name));
     VirtualLinkPath path;
-    path.talkerNodeID = nodeId(names.first());
-    path.listenerNodeID = nodeId(names.last());
-    for (int i = 1; i < names.size() - 1; ++i) {
+    path.talkerNodeID = static_cast<quint16>(nodes.front());
+    path.listenerNodeID = static_cast<quint16>(nodes.back());
+    for (auto node = std::next(nodes.begin()); node != std::prev(nodes.end()); ++node) {
         path.bridges.emplace_back();
-        path.bridges.back().nodeID = nodeId(names.at(i));
+        path.bridges.back().nodeID = static_cast<quint16>(*node);
     }
-    resolvePorts(topology, path);
+    resolvePorts(topology, nodes, path);
     resolveBufferNumbers(topology, path);
     return path;
 }

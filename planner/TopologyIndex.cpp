@@ -37,9 +37,11 @@ static typename Map::mapped_type valueOf(const Map& map, const typename Map::key
     return found != map.end() ? found->second : typename Map::mapped_type();
 }
 
-LinkPorts TopologyIndex::portsBetween(quint16 srcnode, quint16 dstnode) const
+LinkPorts TopologyIndex::portsBetween(quint32 srcnode, quint32 dstnode) const
 {
-    return valueOf(m_links, pairKey(srcnode, dstnode));
+    if (srcnode == unknownNode || dstnode == unknownNode)
+        return LinkPorts();
+    return valueOf(m_links, pairKey(static_cast<quint16>(srcnode), static_cast<quint16>(dstnode)));
 }
 
 quint16 TopologyIndex::bufferNumOfHost(quint16 nodeID) const

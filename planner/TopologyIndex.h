@@ -28,7 +28,9 @@ public:
 
     /// The ports of the link from one node to another: of parallel links the last one, else 0 and
     /// 0.
-    LinkPorts portsBetween(quint16 srcnode, quint16 dstnode) const;
+    ///
+    /// No link leads to or from unknownNode, not even one whose own ends are unknown.
+    LinkPorts portsBetween(quint32 srcnode, quint32 dstnode) const;
 
     /// Buffer number of the last host with this number, 0 without one.
     quint16 bufferNumOfHost(quint16 nodeID) const;

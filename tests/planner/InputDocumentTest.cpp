@@ -221,13 +221,34 @@ private slots:
     {
         const LogCapture log;
         InputText input = lineNetwork(1, 4);
-        input.link(QStringLiteral("x"), 7, QStringLiteral("y"), 7);
+        for (const char* name : {"A", "x", "B"})
+            input.link(QString::fromLatin1(name), 7, QStringLiteral("y"), 8);
+        input.virtualLink(2, {QStringLiteral("A,x,B"), QStringLiteral("A,x,z,B")});
         input.save();
         PlanningContext context;
         readInputDocument(context);
-        QCOMPARE(int(context.links.back().srcnode), 0xFFFF);
-        QCOMPARE(int(context.links.back().dstnode), 0xFFFF);
+        const auto between = std::prev(context.links.end(), 3);
+        QCOMPARE(int(between->srcnode), 0xFFFF);
+        QCOMPARE(int(between->dstnode), 0xFFFF);
+        for (const VirtualLinkPath& path : context.virtualLinks.back().paths) {
+            QCOMPARE(int(path.talkerOutport), 0);
+            QCOMPARE(int(path.listenerInport), 0);
+            for (const BridgeHop& hop : path.bridges)
+                QCOMPARE(int(hop.inport) + int(hop.outport), 0);
+        }
         QCOMPARE(int(context.virtualLinks.front().paths.front().talkerOutport), 1);
+    }
+
+    void firstVirtualLinkOfANumberIsTheFlows()
+    {
+        const LogCapture log;
+        InputText input = twoFlows();
+        input.virtualLink(1, {QStringLiteral("A,S1,S1,B")});
+        input.save();
+        PlanningContext context;
+        QCOMPARE(readInputDocument(context), code::ok);
+        QCOMPARE(context.flows.front().paths.size(), size_t(1));
+        QCOMPARE(context.flows.front().paths.front().bridges.size(), size_t(1));
     }
 
     void lastOfParallelLinksDecidesThePorts()

@@ -194,28 +194,31 @@ void readRoot(Context& context, const XMLElement* root)
 }
 
 /// Steps 2 to 5 of a path: the ports of each pair of neighbours, the last link of a pair deciding.
-void connectPath(const Context& context, Path& path)
+/// The numbers are compared in their 32 bits, so that an unknown node is linked to nothing.
+void connectPath(const Context& context, const std::vector<quint32>& nodes, Path& path)
 {
     for (const Link& link : context.links) {
-        if (link.srcnode == path.talkerNodeID && link.dstnode == path.bridges.front().nodeID) {
+        if (link.srcnode == nodes[0] && link.dstnode == nodes[1]) {
             path.talkerOutport = link.srcport;
             path.bridges.front().inport = link.dstport;
         }
     }
     for (const Link& link : context.links) {
-        if (link.srcnode == path.bridges.back().nodeID && link.dstnode == path.listenerNodeID) {
+        if (link.srcnode == nodes[nodes.size() - 2] && link.dstnode == nodes.back()) {
             path.bridges.back().outport = link.srcport;
             path.listenerInport = link.dstport;
         }
     }
+    size_t number = 1;
     for (auto first = path.bridges.begin(); std::next(first) != path.bridges.end(); ++first) {
         const auto second = std::next(first);
         for (const Link& link : context.links) {
-            if (link.srcnode == first->nodeID && link.dstnode == second->nodeID) {
+            if (link.srcnode == nodes[number] && link.dstnode == nodes[number + 1]) {
                 first->outport = link.srcport;
                 second->inport = link.dstport;
             }
         }
+        ++number;
     }
 }
 
@@ -265,7 +268,10 @@ Path parseDatapath(const Context& context, const QString& text)
         hop.nodeID = static_cast<quint16>(nodeIdOfName(context, names.at(i)));
         path.bridges.push_back(hop);
     }
-    connectPath(context, path);
+    std::vector<quint32> nodes;
+    for (const QString& name : names)
+        nodes.push_back(nodeIdOfName(context, name));
+    connectPath(context, nodes, path);
     fillBuffers(context, path);
     return path;
 }

@@ -202,6 +202,16 @@ private slots:
         QCOMPARE(document.count("<txslotID>5</txslotID>"), 1);
     }
 
+    void pathsIntoTwoPortsOfOneListenerGiveTwoListeners()
+    {
+        const LogCapture log;
+        TTPlanner planner;
+        VirtualLinkPath other = path(2, window(3, 9), window(5, 12), window(7, 20));
+        other.listenerInport = 2;
+        plan({instance(1, {path(2, window(3, 9), window(5, 12), window(7, 20)), other})}, planner);
+        QCOMPARE(readFile(outputFile()).count("<listener>"), 2);
+    }
+
     void pathsThroughTwoInportsGiveTwoBridges()
     {
         const LogCapture log;

@@ -143,7 +143,7 @@ QByteArray disturbedWindow(RandomSource& random, const Disturbance& disturbance,
 
 void changeTopology(RandomSource& random, NetworkDraft& draft)
 {
-    switch (random.below(7)) {
+    switch (random.below(8)) {
     case 0:
         random.shuffle(draft.links);
         break;
@@ -164,6 +164,9 @@ void changeTopology(RandomSource& random, NetworkDraft& draft)
         break;
     case 5:
         random.shuffle(draft.virtualLinks);
+        break;
+    case 6:
+        draft.virtualLinks.back().vlid = draft.virtualLinks.front().vlid;
         break;
     default:
         renameNode(random, draft);

@@ -1,3 +1,4 @@
+#include "planner/DebugDump.h"
 #include "planner/InputDocument.h"
 #include "planner/PreProcess.h"
 
@@ -37,6 +38,33 @@ private slots:
         QCOMPARE(path.talkerNodeID, quint16(0xFFFF));
         QCOMPARE(path.bridges.front().nodeID, quint16(0xFFFF));
         QCOMPARE(path.listenerNodeID, quint16(0xFFFF));
+    }
+
+    void dumpsStandBetweenTheirBanners()
+    {
+        PlanningContext context;
+        context.hosts.push_back({QStringLiteral("A"), 1, {}, 1500, 4});
+        context.virtualLinks.push_back({7, {VirtualLinkPath()}});
+        LogCapture log;
+        printTopologyInfo(context);
+        QCOMPARE(log.lines(), (QStringList{QStringLiteral("printTopologyInfo-------"),
+                                           QStringLiteral("host: \"A\" 1 1500 4"),
+                                           QStringLiteral("printTopologyInfo end-------")}));
+        log.clear();
+        printVirtualLink(context);
+        QCOMPARE(log.lines().first(), QStringLiteral("printVirtualLink-------"));
+        QCOMPARE(log.lines().at(1), QStringLiteral("vlid: 7"));
+        QCOMPARE(log.lines().last(), QStringLiteral("printVirtualLink end-------"));
+    }
+
+    void dumpOfPortsThatAreNotGroupedYetIsEmpty()
+    {
+        TTPlanner planner;
+        planner.TTStreamInstanceList.emplace_back();
+        planner.TTStreamInstanceList.back().paths.emplace_back();
+        const LogCapture log;
+        printNodeList(planner);
+        QCOMPARE(log.lines(), QStringList{QStringLiteral("print nodeList")});
     }
 
     void nameIsTakenFromHostsFirstAndWithItsCase()

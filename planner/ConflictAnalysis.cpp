@@ -1,8 +1,8 @@
 #include "planner/ConflictAnalysis.h"
 
 #include "planner/ConflictResolution.h"
+#include "planner/PairKey.h"
 #include "planner/PlanningLog.h"
-#include "planner/PortLookup.h"
 #include "planner/WindowRevision.h"
 
 #include <numeric>

@@ -1,6 +1,6 @@
 #include "planner/DuplicateInstances.h"
 
-#include "planner/PortLookup.h"
+#include "planner/PairKey.h"
 
 #include <algorithm>
 

@@ -17,15 +17,17 @@ namespace planner
 /// Reads every file of the folder ResourceXML whose complete base name is "vek_input".
 ///
 /// The folder lies under the current directory. Fills all lists of the context but
-/// TTStreamInstanceList. Returns code::ok, code::unreadable for a file that does not parse or lacks
-/// a required element, code::folderMissing without the folder. A flow that disagrees with its
-/// virtual link ends the reading of flows and is no error here.
+/// TTStreamInstanceList. Returns code::ok, code::unreadable for a file that does not parse or from
+/// which nothing can be planned (see below), code::folderMissing without the folder. A flow that
+/// disagrees with its virtual link ends the reading of flows and is no error here.
 qint32 readInputDocument(PlanningContext& context);
 
 /// Fill the lists from the element "topology", "virtuallinks", "flows".
 ///
 /// The first two always return code::ok; readFlows() returns code::unreadable after a flow that
-/// disagrees with its virtual link. All throw DocumentError for a missing element.
+/// disagrees with its virtual link. All throw DocumentError for a missing element,
+/// readVirtualLinks() for a path of fewer than three names, and readFlows() for a TT flow that has
+/// period 0 or no path.
 qint32 readTopology(PlanningContext& context, const tinyxml2::XMLElement* topology);
 qint32 readVirtualLinks(PlanningContext& context, const tinyxml2::XMLElement* virtuallinks);
 qint32 readFlows(PlanningContext& context, const tinyxml2::XMLElement* flows);

@@ -121,11 +121,6 @@ SlotWindow slotWindow(const XMLElement* parent, const char* name)
     return parseSlotWindow(otherText);
 }
 
-void requireFirst(const XMLElement* parent, const char* name)
-{
-    requiredChild(parent, name);
-}
-
 void readTalker(TTPlanner& planner, const XMLElement* talker, VirtualLinkPath& path)
 {
     path.talkerNodeID = leadingNumber16(talker, "nodeID");
@@ -174,7 +169,7 @@ TTStreamInstance readInstance(TTPlanner& planner, const XMLElement* element)
     instance.period = leadingNumber(element, "period");
     instance.size = leadingNumber16(element, "size");
     const XMLElement* paths = requiredChild(element, "path_schedwin");
-    requireFirst(paths, "path");
+    requiredChild(paths, "path");
     forEachSibling(paths, "path", [&](const XMLElement* path) {
         instance.paths.push_back(readPath(planner, path));
     });
@@ -187,7 +182,7 @@ void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
     planner.schedCycle = leadingNumber(root, "schedCycle");
     planner.slotLen = leadingNumber(root, "slotLen");
     forEachSibling(requiredChild(root, "flows"), "flow", [&](const XMLElement* flow) {
-        requireFirst(flow, "Instance");
+        requiredChild(flow, "Instance");
         forEachSibling(flow, "Instance", [&](const XMLElement* instance) {
             planner.TTStreamInstanceList.push_back(readInstance(planner, instance));
         });

@@ -19,8 +19,8 @@ void writeHsDocument(const PlanningContext& context);
 /// Reads every file of the folder OutputXML whose complete base name is "vek_hs".
 ///
 /// Appends to TTStreamInstanceList and sets hopBufferNum, maxRxSlot, schedCycle and slotLen.
-/// Returns code::ok, code::unreadable for a file that does not load or lacks an element, or
-/// code::folderMissing. Slot numbers of what is read are 0.
+/// Returns code::ok, code::unreadable for a file that does not load, lacks an element or has a
+/// window without two numbers, or code::folderMissing. Slot numbers of what is read are 0.
 qint32 readIntermediateDocument(TTPlanner& planner);
 
 } // namespace planner

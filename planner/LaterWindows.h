@@ -21,7 +21,7 @@ public:
     /// The windows that the instance of this rank yields to, of instances behind it, in the order
     /// of adding.
     ///
-    /// Places must not fall from call to call, and nothing may be added after the first call. What
+    /// Ranks must not fall from call to call, and nothing may be added after the first call. What
     /// is returned lives until the next call.
     const std::vector<SlotWindow>& find(size_t rank, const SlotWindow& window);
 

@@ -1,6 +1,6 @@
 #include "planner/PortIndex.h"
 
-#include "planner/PortLookup.h"
+#include "planner/PairKey.h"
 
 namespace planner
 {

@@ -10,13 +10,15 @@ namespace planner
 
 /// Largest number of instances that a cluster cycle may hold.
 ///
-/// Incommensurable periods make a cycle of billions of transmissions, which no memory holds.
+/// Incommensurable periods make a cycle of billions of transmissions, which no memory holds. This
+/// many can be planned with patience: the second stage takes some 10 KiB for each.
 constexpr quint64 maxInstances = quint64(1) << 21;
 
 /// Runs the whole first stage in the current directory.
 ///
 /// Returns code::ok after OutputXML/vek_hs.xml was written (or could not be saved),
-/// code::unreadable, code::folderMissing, or code::refused for an unreasonable time window.
+/// code::folderMissing, code::refused for an unreasonable time window, or code::unreadable for a
+/// document that readInputDocument() cannot read or whose cycle would hold more than maxInstances.
 qint32 preProcess(PlanningContext& context);
 
 /// Least common multiple of all flow periods in microseconds, truncated to 32 bits; 0 without

@@ -5,7 +5,7 @@
 #include <QCloseEvent>
 
 FlowScheduleForm::FlowScheduleForm(QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::FlowScheduleForm>())
 {
     ui->setupUi(this);
@@ -38,15 +38,10 @@ void FlowScheduleForm::runThenClose(void (FlowScheduleForm::*run)())
     close();
 }
 
-void FlowScheduleForm::reject()
-{
-    close();
-}
-
 void FlowScheduleForm::closeEvent(QCloseEvent* event)
 {
     if (runInProgress)
         event->ignore();
     else
-        emit windowClosed();
+        SingleDialog::closeEvent(event);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "topology/SingleDialog.h"
 
 #include <memory>
 
@@ -13,7 +13,7 @@ class FlowScheduleForm;
 ///
 /// The signals are direct, so a whole run happens inside the click; the dialog closes after it and
 /// cannot be closed before.
-class FlowScheduleForm : public QDialog
+class FlowScheduleForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -22,13 +22,8 @@ public:
     ~FlowScheduleForm() override;
 
 signals:
-    void windowClosed();
     void Rotunda();
     void PlanByUserInput();
-
-public slots:
-    /// Escape closes the dialog like its title bar does.
-    void reject() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

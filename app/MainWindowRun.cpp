@@ -4,7 +4,7 @@
 #include "app/RunMessages.h"
 #include "planner/TTPlanner.h"
 #include "project/DocumentFolder.h"
-#include "traffic/ChildDialog.h"
+#include "topology/SingleDialog.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "app/DockToggle.h"
 #include "project/ProjectFile.h"
-#include "traffic/ChildDialog.h"
+#include "topology/SingleDialog.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"

@@ -8,7 +8,7 @@
 #include "ui_EditItemWindow.h"
 
 EditItemWindow::EditItemWindow(QWidget* parent, DiagramItem* node)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::EditItemWindow>())
 {
     ui->setupUi(this);
@@ -62,14 +62,4 @@ void EditItemWindow::writeItem()
         else if (arrow->endItem == item)
             arrow->dstNode = item->nodeName;
     }
-}
-
-void EditItemWindow::reject()
-{
-    close();
-}
-
-void EditItemWindow::closeEvent(QCloseEvent*)
-{
-    emit windowClosed();
 }

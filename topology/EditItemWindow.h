@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "topology/SingleDialog.h"
 
 #include <memory>
 
@@ -14,7 +14,7 @@ class EditItemWindow;
 /// Shows and writes the texts of one node, unchecked; a host has no port count.
 ///
 /// Writes nothing once its node is gone.
-class EditItemWindow : public QDialog
+class EditItemWindow : public SingleDialog
 {
     Q_OBJECT
 
@@ -26,17 +26,11 @@ public:
     void setItem(DiagramItem* item);
 
 signals:
-    void windowClosed();
     void updateGraphics();
 
 public slots:
     /// Writes the texts to the node and its name to its links, and closes.
     void confirmButtonClicked();
-    /// Escape closes the dialog like its title bar does.
-    void reject() override;
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     friend struct PropertyDialogProbe;

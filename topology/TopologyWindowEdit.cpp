@@ -81,10 +81,7 @@ void TopologyWindow::editItem()
 
 void TopologyWindow::delEditItemWindow()
 {
-    if (!editItemWindow)
-        return; // closed a second time before it was deleted
-    editItemWindow->deleteLater();
-    editItemWindow = nullptr;
+    forgetDialog(editItemWindow);
 }
 
 // The link dialog lives on and is reused for the next link, unlike the node dialog.

@@ -3,7 +3,7 @@
 #include "ui_AddDstNodeForm.h"
 
 AddDstNodeForm::AddDstNodeForm(FlowInfo* flow, int listener, QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::AddDstNodeForm>()),
       flowInfo(flow),
       index(listener)
@@ -32,14 +32,4 @@ void AddDstNodeForm::confirmButtonClicked()
 void AddDstNodeForm::cancelButtonClicked()
 {
     close();
-}
-
-void AddDstNodeForm::reject()
-{
-    close();
-}
-
-void AddDstNodeForm::closeEvent(QCloseEvent*)
-{
-    emit windowClosed();
 }

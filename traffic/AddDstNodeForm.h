@@ -1,8 +1,7 @@
 #pragma once
 
+#include "topology/SingleDialog.h"
 #include "traffic/FlowInfo.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -12,7 +11,7 @@ class AddDstNodeForm;
 }
 
 /// Edits the receive window of one listener; empty bounds are accepted.
-class AddDstNodeForm : public QDialog
+class AddDstNodeForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -24,13 +23,6 @@ public:
 public slots:
     void confirmButtonClicked();
     void cancelButtonClicked();
-    void reject() override;
-
-signals:
-    void windowClosed();
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     std::unique_ptr<Ui::AddDstNodeForm> ui;

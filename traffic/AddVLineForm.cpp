@@ -1,13 +1,12 @@
 #include "traffic/AddVLineForm.h"
 
 #include "topology/RecordNotifier.h"
-#include "traffic/ChildDialog.h"
 #include "traffic/VLineNodeSelectForm.h"
 
 #include "ui_AddVLineForm.h"
 
 AddVLineForm::AddVLineForm(TopologyWindow* window, const VLineInfo& vLine, QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::AddVLineForm>()),
       topologyWindow(window),
       vLineInfo(vLine)
@@ -80,13 +79,8 @@ void AddVLineForm::forgetGoneNode(const DiagramItem* node)
     showPath();
 }
 
-void AddVLineForm::reject()
-{
-    close();
-}
-
-void AddVLineForm::closeEvent(QCloseEvent*)
+void AddVLineForm::closeEvent(QCloseEvent* event)
 {
     closeDialog(nodeSelectForm);
-    emit windowClosed();
+    SingleDialog::closeEvent(event);
 }

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "topology/SingleDialog.h"
 #include "traffic/VLineInfo.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -15,7 +14,7 @@ class AddVLineForm;
 }
 
 /// Builds one data path node by node; all paths of a virtual link start at the talker of its first.
-class AddVLineForm : public QDialog
+class AddVLineForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -27,10 +26,8 @@ public:
 public slots:
     void rcvItem(DiagramItem* currentItem);
     void delCurrentVLineNode();
-    void reject() override;
 
 signals:
-    void windowClosed();
     void sendItems(VLineItems items);
 
 protected:

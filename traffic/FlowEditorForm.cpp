@@ -2,7 +2,6 @@
 
 #include "topology/RecordNotifier.h"
 #include "traffic/AddDstNodeForm.h"
-#include "traffic/ChildDialog.h"
 
 #include "ui_FlowEditorForm.h"
 
@@ -11,7 +10,7 @@
 #include <algorithm>
 
 FlowEditorForm::FlowEditorForm(const QList<VLineInfo>& vLines, QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::FlowEditorForm>()),
       vLineInfoList(vLines)
 {
@@ -114,13 +113,8 @@ void FlowEditorForm::cancelButtonClicked()
     close();
 }
 
-void FlowEditorForm::reject()
-{
-    close();
-}
-
-void FlowEditorForm::closeEvent(QCloseEvent*)
+void FlowEditorForm::closeEvent(QCloseEvent* event)
 {
     closeDialog(addDstNodeForm);
-    emit windowClosed();
+    SingleDialog::closeEvent(event);
 }

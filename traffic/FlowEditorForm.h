@@ -1,9 +1,8 @@
 #pragma once
 
+#include "topology/SingleDialog.h"
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -17,7 +16,7 @@ class FlowEditorForm;
 /// Defines one flow on a virtual link; stays open after a refused input.
 ///
 /// Only the first listener's window must be filled. Values are texts that nothing checks further.
-class FlowEditorForm : public QDialog
+class FlowEditorForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -31,10 +30,8 @@ public slots:
     void addDstButtonClicked();
     void deleteAddDstNodeForm();
     void updateDstNodes();
-    void reject() override;
 
 signals:
-    void windowClosed();
     void sendFlowInfo(FlowInfo flowInfo);
 
 protected:

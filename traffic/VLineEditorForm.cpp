@@ -2,14 +2,13 @@
 
 #include "topology/RecordNotifier.h"
 #include "traffic/AddVLineForm.h"
-#include "traffic/ChildDialog.h"
 
 #include "ui_VLineEditorForm.h"
 
 #include <QMessageBox>
 
 VLineEditorForm::VLineEditorForm(TopologyWindow* window, QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::VLineEditorForm>()),
       topologyWindow(window)
 {
@@ -76,13 +75,8 @@ void VLineEditorForm::forgetGoneNode(const DiagramItem* node)
         ui->comboBox_VLineInfo->setItemText(i, pathText(vLineInfo.vLinePaths.at(i)));
 }
 
-void VLineEditorForm::reject()
-{
-    close();
-}
-
-void VLineEditorForm::closeEvent(QCloseEvent*)
+void VLineEditorForm::closeEvent(QCloseEvent* event)
 {
     closeDialog(addVLineForm);
-    emit windowClosed();
+    SingleDialog::closeEvent(event);
 }

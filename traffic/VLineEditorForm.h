@@ -1,8 +1,7 @@
 #pragma once
 
+#include "topology/SingleDialog.h"
 #include "traffic/VLineInfo.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -15,7 +14,7 @@ class VLineEditorForm;
 }
 
 /// Defines one virtual link; closes after a refused input as well, which is lost then.
-class VLineEditorForm : public QDialog
+class VLineEditorForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -26,10 +25,8 @@ public:
 public slots:
     void rcvItems(VLineItems items);
     void delCurrentVLine();
-    void reject() override;
 
 signals:
-    void windowClosed();
     void sendVLineInfo(VLineInfo vLineInfo);
 
 protected:

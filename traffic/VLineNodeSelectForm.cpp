@@ -8,7 +8,7 @@
 #include "ui_VLineNodeSelectForm.h"
 
 VLineNodeSelectForm::VLineNodeSelectForm(QWidget* parent)
-    : QDialog(parent),
+    : SingleDialog(parent),
       ui(std::make_unique<Ui::VLineNodeSelectForm>())
 {
     ui->setupUi(this);
@@ -55,14 +55,4 @@ void VLineNodeSelectForm::confirm()
     if (chosen)
         emit sendItem(chosen);
     close();
-}
-
-void VLineNodeSelectForm::reject()
-{
-    close();
-}
-
-void VLineNodeSelectForm::closeEvent(QCloseEvent*)
-{
-    emit windowClosed();
 }

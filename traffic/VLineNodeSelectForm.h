@@ -1,8 +1,7 @@
 #pragma once
 
+#include "topology/SingleDialog.h"
 #include "traffic/VLineInfo.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -14,7 +13,7 @@ class VLineNodeSelectForm;
 }
 
 /// Offers the nodes that may come next on a data path.
-class VLineNodeSelectForm : public QDialog
+class VLineNodeSelectForm : public SingleDialog
 {
     Q_OBJECT
 
@@ -28,15 +27,8 @@ public:
     VLineNodeSelectForm(TopologyWindow* topologyWindow, QWidget* parent);
     ~VLineNodeSelectForm() override;
 
-public slots:
-    void reject() override;
-
 signals:
-    void windowClosed();
     void sendItem(DiagramItem* currentItem);
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     explicit VLineNodeSelectForm(QWidget* parent);

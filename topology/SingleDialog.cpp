@@ -1,0 +1,13 @@
+#include "topology/SingleDialog.h"
+
+SingleDialog::SingleDialog(QWidget* parent) : QDialog(parent) {}
+
+void SingleDialog::reject()
+{
+    close();
+}
+
+void SingleDialog::closeEvent(QCloseEvent*)
+{
+    emit windowClosed();
+}

@@ -15,7 +15,7 @@ VLineNodeSelectForm::VLineNodeSelectForm(QWidget* parent)
     connect(ui->confirmButton, &QPushButton::clicked, this, &VLineNodeSelectForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &VLineNodeSelectForm::close);
     connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            [this](const DiagramItem* node) { forgetNode(nodeList, node); });
+            &VLineNodeSelectForm::forgetGoneNode);
 }
 
 VLineNodeSelectForm::VLineNodeSelectForm(DiagramItem* previous, DiagramItem* current,
@@ -47,6 +47,13 @@ void VLineNodeSelectForm::offer(DiagramItem* node)
 {
     ui->comboBox_vLineNode->addItem(node->nodeName);
     nodeList.append(node);
+}
+
+void VLineNodeSelectForm::forgetGoneNode(const DiagramItem* node)
+{
+    forgetNode(nodeList, node);
+    for (int i = 0; i < nodeList.size(); ++i)
+        ui->comboBox_vLineNode->setItemText(i, nodeNameOf(nodeList.at(i)));
 }
 
 void VLineNodeSelectForm::confirm()

@@ -34,6 +34,7 @@ private:
     explicit VLineNodeSelectForm(QWidget* parent);
     void offer(DiagramItem* node);
     void confirm();
+    void forgetGoneNode(const DiagramItem* node);
 
     std::unique_ptr<Ui::VLineNodeSelectForm> ui;
     VLineItems nodeList; ///< in the order of the combo box

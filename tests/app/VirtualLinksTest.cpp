@@ -382,6 +382,7 @@ private slots:
         QCOMPARE(studio.probe.vLineInfoList().first().vLinePaths.first().at(2), nullptr);
         auto* shown = qobject_cast<QComboBox*>(studio.probe.vLineTable()->cellWidget(0, 2));
         QCOMPARE(shown->itemText(0), QStringLiteral(u"{发送端:A, 接收端:B, 跳数:2}"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), QStringList{QString()});
         clickButton(choice, "confirmButton");
         QCOMPARE(lineEdit(pathForm, "lineEdit_vLineInfo")->text(), QStringLiteral("{A->S1}"));
         clickButton(pathForm, "confirmButton");

@@ -15,7 +15,7 @@ ImportVekForm::ImportVekForm(QWidget* parent)
     connect(ui->button_selectInput, &QPushButton::clicked, this, &ImportVekForm::selectInput);
     connect(ui->button_selectOutput, &QPushButton::clicked, this, &ImportVekForm::selectOutput);
     connect(ui->button_import, &QPushButton::clicked, this, &ImportVekForm::importThenLeave);
-    connect(ui->button_cancel, &QPushButton::clicked, this, &QObject::deleteLater);
+    connect(ui->button_cancel, &QPushButton::clicked, this, &QWidget::close);
 }
 
 ImportVekForm::~ImportVekForm() = default;
@@ -45,5 +45,5 @@ void ImportVekForm::importThenLeave()
     const QString outputPath = ui->lineEdit_outputPath->text();
     if (!inputPath.isEmpty() && !outputPath.isEmpty())
         emit signal_importVekFile(inputPath, outputPath);
-    deleteLater();
+    close();
 }

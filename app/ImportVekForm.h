@@ -13,7 +13,7 @@ class ImportForm;
 
 /// Asks for an input and an output document that are to be shown as the current schedule.
 ///
-/// Frees itself however it is left, so that nobody needs to hold it.
+/// Closes and with that frees itself however it is left, so that nobody needs to hold it.
 class ImportVekForm : public QDialog
 {
     Q_OBJECT

@@ -27,11 +27,13 @@ void OutportVekForm::selectOutportPath()
                                           QStringLiteral("./"), QFileDialog::DontUseNativeDialog));
 }
 
-// Without a path the dialog goes without a word.
+// Without a path the dialog goes without a word. It closes first: should it be the last window,
+// only closing ends the process.
 void OutportVekForm::outportThenLeave()
 {
     const QString path = ui->lineEdit_outportPath->text();
     if (!path.isEmpty())
         emit signal_outportVekFile(path);
+    close();
     deleteLater();
 }

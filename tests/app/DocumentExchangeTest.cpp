@@ -379,6 +379,38 @@ private slots:
         QCOMPARE(readFile(ownOutput()), outputDocument(1000));
     }
 
+    void dialogThatOutlivesTheMainWindowEndsTheProcess_data()
+    {
+        QTest::addColumn<bool>("isImport");
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("import") << true << QByteArray("button_import");
+        QTest::newRow("cancelled import") << true << QByteArray("button_cancel");
+        QTest::newRow("export") << false << QByteArray("button_outport");
+        QTest::newRow("cancelled export") << false << QByteArray("button_cancel");
+    }
+
+    // As after a run during which the window was told to close and the dialog was opened.
+    void dialogThatOutlivesTheMainWindowEndsTheProcess()
+    {
+        QFETCH(bool, isImport);
+        QFETCH(QByteArray, button);
+        ExchangeStudio exchange;
+        const QPointer<QDialog> form =
+            isImport ? static_cast<QDialog*>(exchange.openImport()) : exchange.openExport();
+        const QSignalSpy ended(qApp, &QGuiApplication::lastWindowClosed);
+        bool endedEarly = false;
+        QTimer::singleShot(0, qApp, [&] {
+            exchange.studio.window.close();
+            endedEarly = !ended.isEmpty();
+            clickButton(form, button.constData());
+            // Without an end of its own the process would go on for ever.
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        });
+        QApplication::exec();
+        QVERIFY(!endedEarly);
+        QCOMPARE(ended.count(), 1);
+    }
+
     void ownDocumentUnderAnotherNameIsNotLost()
     {
         ExchangeStudio exchange;

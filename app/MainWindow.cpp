@@ -4,6 +4,7 @@
 #include "planner/TTPlanning.h"
 #include "topology/RecordNotifier.h"
 #include "topology/TopologyWindow.h"
+#include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
 
 #include <QCloseEvent>
@@ -28,6 +29,7 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
       firstStage(&planner::preProcess),
       secondStage(&planner::TTPlanning)
 {
+    registerTrafficTypes();
     fillFlowColorTable();
     addToolBar(Qt::LeftToolBarArea, createToolBar());
     topologyWindow = new TopologyWindow;

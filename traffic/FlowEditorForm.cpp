@@ -14,7 +14,6 @@ FlowEditorForm::FlowEditorForm(const QList<VLineInfo>& vLines, QWidget* parent)
       ui(std::make_unique<Ui::FlowEditorForm>()),
       vLineInfoList(vLines)
 {
-    qRegisterMetaType<FlowInfo>("FlowInfo");
     ui->setupUi(this);
     connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
             [this](const DiagramItem* node) { forgetNode(vLineInfoList, node); });

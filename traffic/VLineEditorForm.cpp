@@ -12,7 +12,6 @@ VLineEditorForm::VLineEditorForm(TopologyWindow* window, QWidget* parent)
       ui(std::make_unique<Ui::VLineEditorForm>()),
       topologyWindow(window)
 {
-    registerVLineTypes();
     ui->setupUi(this);
     connect(ui->addVLineButton, &QPushButton::clicked, this, &VLineEditorForm::addPath);
     connect(ui->delVLineButton, &QPushButton::clicked, this, &VLineEditorForm::delCurrentVLine);

@@ -1,11 +1,5 @@
 #include "traffic/VLineInfo.h"
 
-void registerVLineTypes()
-{
-    qRegisterMetaType<VLineInfo>("VLineInfo");
-    qRegisterMetaType<VLineItems>("VLineItems");
-}
-
 QString nodeNameOf(const DiagramItem* node)
 {
     return node ? node->nodeName : QString();

@@ -26,9 +26,6 @@ struct FileVLineInfo {
 
 Q_DECLARE_METATYPE(VLineInfo)
 
-/// Registers the records under their names, for queued signals; safe to call again.
-void registerVLineTypes();
-
 /// The node's name; empty for a node that is gone.
 QString nodeNameOf(const DiagramItem* node);
 

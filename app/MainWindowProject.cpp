@@ -100,24 +100,19 @@ void MainWindow::outportVekFile(QString dirPath)
 void MainWindow::generate_vek_input()
 {
     XMLDocument doc(true, tinyxml2::PRESERVE_WHITESPACE);
-    XMLElement* root = appendElement(doc, &doc, "vek_input");
-    root->SetAttribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_input");
-    XMLElement* topology = appendElement(doc, root, "topology");
-    XMLElement* hosts = appendElement(doc, topology, "hosts");
-    XMLElement* switches = appendElement(doc, topology, "switches");
-    XMLElement* links = appendElement(doc, topology, "links");
+    const InputDocumentParts parts = appendParts(doc);
     for (QGraphicsItem* item : topologyWindow->getScence()->items(Qt::AscendingOrder)) {
         auto* node = qgraphicsitem_cast<DiagramItem*>(item);
         auto* arrow = qgraphicsitem_cast<Arrow*>(item);
         if (node && node->diagramType == DiagramItem::Endpoint)
-            generateHosts(doc, hosts, node);
+            generateHosts(doc, parts.hosts, node);
         else if (node && node->diagramType == DiagramItem::Switch)
-            generateSwitches(doc, switches, node);
+            generateSwitches(doc, parts.switches, node);
         else if (arrow)
-            generateLinks(doc, links, arrow);
+            generateLinks(doc, parts.links, arrow);
     }
-    generateVirtualLinks(doc, appendElement(doc, root, "virtuallinks"));
-    generateFlows(doc, appendElement(doc, root, "flows"));
+    generateVirtualLinks(doc, parts.virtuallinks);
+    generateFlows(doc, parts.flows);
     saveInputDocument(doc);
 }
 

@@ -18,15 +18,31 @@ static QString window(const QString& low, const QString& high)
     return QStringLiteral("[%1,%2]").arg(low, high);
 }
 
-// An empty text is a text node all the same, so the element is written with both its tags.
-static void appendText(XMLDocument& doc, XMLElement* parent, const char* name, const QString& text)
+static XMLElement* appendElement(XMLDocument& doc, XMLNode* parent, const char* name)
 {
+    return parent->InsertEndChild(doc.NewElement(name))->ToElement();
+}
+
+// An empty text is a text node all the same, so the element is written with both its tags. No
+// document can hold a null character, which a damaged project file may: it would end the text.
+static void appendText(XMLDocument& doc, XMLElement* parent, const char* name, QString text)
+{
+    text.remove(QChar::Null);
     appendElement(doc, parent, name)->InsertEndChild(doc.NewText(text.toUtf8().constData()));
 }
 
-XMLElement* appendElement(XMLDocument& doc, XMLNode* parent, const char* name)
+InputDocumentParts appendParts(XMLDocument& doc)
 {
-    return parent->InsertEndChild(doc.NewElement(name))->ToElement();
+    XMLElement* root = appendElement(doc, &doc, "vek_input");
+    root->SetAttribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_input");
+    XMLElement* topology = appendElement(doc, root, "topology");
+    InputDocumentParts parts;
+    parts.hosts = appendElement(doc, topology, "hosts");
+    parts.switches = appendElement(doc, topology, "switches");
+    parts.links = appendElement(doc, topology, "links");
+    parts.virtuallinks = appendElement(doc, root, "virtuallinks");
+    parts.flows = appendElement(doc, root, "flows");
+    return parts;
 }
 
 void appendHost(XMLDocument& doc, XMLElement* hosts, const DiagramItem& node)

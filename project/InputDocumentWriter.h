@@ -11,6 +11,18 @@ class DiagramItem;
 // Writes the drawn model as the input document of the planner. Texts go in as the user typed them:
 // what does not fit is the planner's to reject.
 
+/// The elements of an input document that hold the others; they belong to the document.
+struct InputDocumentParts {
+    tinyxml2::XMLElement* hosts;
+    tinyxml2::XMLElement* switches;
+    tinyxml2::XMLElement* links;
+    tinyxml2::XMLElement* virtuallinks;
+    tinyxml2::XMLElement* flows;
+};
+
+/// Appends the root element with its parts, all still empty.
+InputDocumentParts appendParts(tinyxml2::XMLDocument& doc);
+
 /// Each appends one element to the one given; all elements belong to the document.
 void appendHost(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* hosts, const DiagramItem& node);
 void appendSwitch(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* switches,
@@ -19,10 +31,6 @@ void appendLink(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* links, const A
 void appendVirtualLink(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* virtuallinks,
                        const VLineInfo& vLine);
 void appendFlow(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* flows, const FlowInfo& flow);
-
-/// Appends an empty element and returns it.
-tinyxml2::XMLElement* appendElement(tinyxml2::XMLDocument& doc, tinyxml2::XMLNode* parent,
-                                    const char* name);
 
 /// Saves to ResourceXML/vek_input.xml under the current directory, making the folder.
 ///

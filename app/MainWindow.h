@@ -53,12 +53,12 @@ class MainWindow : public QMainWindow
 public:
     /// Restores size and state of the last session; shows itself only when that was maximized.
     ///
-    /// versions is for a status text that does not exist yet. Fills flowColorTable anew.
+    /// versions is taken and not used. Fills flowColorTable anew.
     MainWindow(const QMap<QString, QString>& versions, QWidget* parent);
     ~MainWindow() override;
 
 signals:
-    /// Declared for others to call the scene by; the studio itself never emits it.
+    /// Reserved: nothing emits it and nothing is connected to it.
     void buildTopologyByProjectFile(QList<FileNodeInfo> nodes, QList<FileArrowInfo> arrows);
 
 protected:
@@ -141,8 +141,8 @@ private:
     QTableWidget* createVLineTable();
     QDockWidget* createFlowDock();
     QTableWidget* createFlowTable();
-    void addVLineDock();
-    void addFlowDock();
+    void ensureVLineDock();
+    void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
     void forgetGoneNode(const DiagramItem* node);
     void showStatus(const QString& text);

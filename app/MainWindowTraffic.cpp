@@ -58,14 +58,18 @@ QDockWidget* MainWindow::createFlowDock()
     return dock;
 }
 
-void MainWindow::addVLineDock()
+void MainWindow::ensureVLineDock()
 {
+    if (vLineDock)
+        return;
     vLineDock = createVLineDock();
     addTrafficDock(vLineDock);
 }
 
-void MainWindow::addFlowDock()
+void MainWindow::ensureFlowDock()
 {
+    if (flowDock)
+        return;
     flowDock = createFlowDock();
     addTrafficDock(flowDock);
 }
@@ -82,7 +86,7 @@ void MainWindow::vLineEditor()
     if (vLineDock)
         toggleDock(vLineDock);
     else
-        addVLineDock();
+        ensureVLineDock();
 }
 
 void MainWindow::flowEditor()
@@ -90,7 +94,7 @@ void MainWindow::flowEditor()
     if (flowDock)
         toggleDock(flowDock);
     else
-        addFlowDock();
+        ensureFlowDock();
 }
 
 // ---- Virtual links
@@ -115,6 +119,7 @@ void MainWindow::deleteVLineEditorWindow()
 
 void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
 {
+    ensureVLineDock();
     vLineInfoList.append(vLineInfo);
     const int row = appendTrafficRow(vLineTable, {vLineInfo.vLineId});
     auto* paths = new QComboBox;
@@ -125,9 +130,7 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     }
     connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
     vLineTable->setCellWidget(row, 2, paths);
-    auto* hops = new QTableWidgetItem(QString::number(mostSwitches));
-    hops->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-    vLineTable->setItem(row, 3, hops);
+    vLineTable->setItem(row, 3, centredItem(QString::number(mostSwitches)));
 }
 
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
@@ -167,8 +170,7 @@ void MainWindow::delShowVLineWindow()
 
 void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
 {
-    if (!vLineDock)
-        addVLineDock();
+    ensureVLineDock();
     vLineDock->setVisible(true);
     clearTrafficTable(vLineTable);
     vLineInfoList.clear();
@@ -203,6 +205,7 @@ static QString windowSummary(const QString& node, const QString& low, const QStr
 
 void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 {
+    ensureFlowDock();
     flowInfoList.append(flowInfo);
     const int row = appendTrafficRow(
         flowTable,
@@ -222,8 +225,7 @@ void MainWindow::delFlowEditorTableItem()
 
 void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
 {
-    if (!flowDock)
-        addFlowDock();
+    ensureFlowDock();
     flowDock->setVisible(true);
     clearTrafficTable(flowTable);
     flowInfoList.clear();

@@ -3,8 +3,6 @@
 #include <QMainWindow>
 #include <QMap>
 
-class QLabel;
-
 /// Picture shown during start-up, which hands over to the main window.
 class SplashWindow : public QMainWindow
 {

@@ -45,7 +45,7 @@ QDockWidget* createTrafficDock(const QString& title, const QString& objectName, 
     return dock;
 }
 
-static QTableWidgetItem* centredItem(const QString& text)
+QTableWidgetItem* centredItem(const QString& text)
 {
     auto* item = new QTableWidgetItem(text);
     item->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);

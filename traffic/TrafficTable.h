@@ -7,6 +7,7 @@
 class QDockWidget;
 class QPushButton;
 class QTableWidget;
+class QTableWidgetItem;
 class QWidget;
 
 // What the tables of virtual links and of flows share.
@@ -23,6 +24,9 @@ struct TrafficDockButtons {
 /// A visible dock that takes the table, below its two buttons "添加" and "删除".
 QDockWidget* createTrafficDock(const QString& title, const QString& objectName, QTableWidget* table,
                                QWidget* parent, TrafficDockButtons& buttons);
+
+/// An item whose text stands in the middle both ways. The caller owns it.
+QTableWidgetItem* centredItem(const QString& text);
 
 /// Appends a row: its number from 1, then the texts, all centred. Returns its index.
 int appendTrafficRow(QTableWidget* table, const QStringList& texts);

@@ -201,6 +201,30 @@ private slots:
         QVERIFY(inputDocument().contains("<datapath>\"\"</datapath>"));
     }
 
+    void nullCharactersOfADamagedProjectAreLeftOut()
+    {
+        Studio studio;
+        FlowInfo flow;
+        flow.srcNode = QString::fromLatin1("A\0B", 3);
+        studio.probe.addFlowsOfProject({flow});
+        studio.probe.generateInput();
+        QVERIFY(inputDocument().contains("<name>\"AB\"</name>"));
+    }
+
+    void failedDrawnRunKeepsTheScheduleThatIsShown()
+    {
+        Studio studio;
+        studio.drawSmallNetwork();
+        studio.defineVLine("1", {words("A S1 S2 B")});
+        studio.defineFlow("TT", "1", "10000", "1", words("0 2000"), {words("400 4000")});
+        QCOMPARE(runDrawn(studio), QStringList{successBox()});
+        const NodeInfo_Xml shown = studio.probe.sendNodeInfo();
+        QVERIFY(!shown.isEmpty());
+        studio.probe.addVLine({QStringLiteral("2"), {VLineItems()}});
+        QVERIFY(runDrawn(studio) != QStringList{successBox()});
+        QCOMPARE(studio.probe.sendNodeInfo(), shown);
+    }
+
     void percentSignsAreNeverReplacedAgain()
     {
         Studio studio;

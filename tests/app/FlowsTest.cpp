@@ -7,6 +7,7 @@
 #include "tests/support/GuiTestMain.h"
 
 #include <QDockWidget>
+#include <QMessageBox>
 #include <QTableWidget>
 
 // The flow editor with its dialog for listeners, and the table of flows.
@@ -105,6 +106,15 @@ private slots:
         QCOMPARE(lineEdit(listener, "lineEdit_dstNodeName")->text(), QStringLiteral("B"));
     }
 
+    void firstOfTwoVirtualLinksWithOneIdentifierCounts()
+    {
+        StudioWithLinks studio;
+        studio.defineVLine("2", {path("A S1 S2 C")});
+        FlowEditorForm* form = studio.openFlowEditor();
+        comboBox(form, "comboBox_vLineId")->setCurrentIndex(2);
+        QCOMPARE(lineEdit(form, "lineEdit_srcNode")->text(), QStringLiteral("B"));
+    }
+
     void listenerDialogOpensOnceAndCancelKeepsTheWindow()
     {
         StudioWithLinks studio;
@@ -201,6 +211,8 @@ private:
         DialogAnswers answers;
         answers.expectMessageBox();
         clickButton(form, "confirmButton");
+        if (answers.icons() != QList<int>{QMessageBox::Information})
+            return QStringLiteral("no information box");
         return answers.seen().join(QLatin1Char(';'));
     }
 };

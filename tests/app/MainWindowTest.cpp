@@ -77,12 +77,20 @@ private slots:
         QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
         QVERIFY(bar->isMovable());
         QStringList texts;
+        QList<QImage> icons;
         for (const QAction* action : bar->actions()) {
             if (!action->text().isEmpty()) {
                 texts.append(action->text());
-                QVERIFY(!action->icon().pixmap(40, 40).isNull());
+                icons.append(action->icon().pixmap(40, 40).toImage());
             }
         }
+        QList<QImage> expectedIcons;
+        for (const char* name : {"start", "analysis", "param", "flow"}) {
+            const QIcon icon(QStringLiteral(":/icons/icons8/icon-%1.png").arg(QLatin1String(name)));
+            expectedIcons.append(icon.pixmap(40, 40).toImage());
+            QVERIFY(!expectedIcons.last().isNull());
+        }
+        QCOMPARE(icons, expectedIcons);
         QCOMPARE(texts, (QStringList{QStringLiteral(u"虚链路配置"), QStringLiteral(u"流量配置"),
                                      QStringLiteral(u"调度规划"), QStringLiteral(u"规划结果")}));
         QCOMPARE(bar->actions().size(), 5);
@@ -117,19 +125,28 @@ private slots:
         QVERIFY(settings().contains(QStringLiteral("app_size")));
     }
 
-    void titleNamesTheProgram()
+    void titleNamesTheProgramAndItsPlaceOnTheWeb()
     {
-        QVERIFY(createWindow()->windowTitle().startsWith(QStringLiteral("Rotunda - ")));
+        QCOMPARE(createWindow()->windowTitle(), QStringLiteral("Rotunda - www.rotunda.example"));
     }
 
     void statusBarShowsTheLogo()
     {
         const auto window = createWindow();
-        auto* logo = MainWindowProbe(*window).statusBar()->findChild<QLabel*>();
+        const QStatusBar* bar = MainWindowProbe(*window).statusBar();
+        QCOMPARE(bar->contentsMargins(), QMargins(4, 4, 4, 4));
+        auto* logo = bar->findChild<QLabel*>();
         QVERIFY(logo);
         QVERIFY(!logo->pixmap(Qt::ReturnByValue).isNull());
         QVERIFY(logo->hasScaledContents());
         QCOMPARE(logo->maximumSize(), QSize(100, 25));
+    }
+
+    void recordsOfQueuedSignalsAreKnownByName()
+    {
+        createWindow();
+        for (const char* name : {"VLineInfo", "VLineItems", "FlowInfo"})
+            QVERIFY(QMetaType::type(name) != QMetaType::UnknownType);
     }
 
     void eachWindowFillsTheColoursAnew()

@@ -148,21 +148,24 @@ private slots:
         QCOMPARE(splash.size(), QSize(512, 320));
         QCOMPARE(splash.windowFlags() & Qt::WindowType_Mask, Qt::SplashScreen);
         QVERIFY(SplashWindowProbe::versions(splash).isEmpty());
+        QCOMPARE(
+            splash.styleSheet(),
+            QStringLiteral("QLabel { background-color: transparent; color: white; padding: 0 }"));
         int pictures = 0;
-        int overlays = 0;
+        QList<QMargins> overlays;
         for (const QLabel* label : splash.findChildren<QLabel*>()) {
             if (!label->pixmap(Qt::ReturnByValue).isNull()) {
                 ++pictures;
                 QCOMPARE(label->pixmap(Qt::ReturnByValue).size(), QSize(512, 320));
             } else {
-                ++overlays;
+                overlays.append(label->contentsMargins());
                 QCOMPARE(label->size(), QSize(512, 320));
                 QCOMPARE(label->font().pointSize(), 10);
                 QVERIFY(label->text().isEmpty());
             }
         }
         QCOMPARE(pictures, 1);
-        QCOMPARE(overlays, 3);
+        QCOMPARE(overlays, (QList<QMargins>{{10, 0, 0, 72}, {10, 0, 0, 40}, {0, 2, 4, 0}}));
         turns.append(Turn());
     }
 

@@ -11,6 +11,7 @@
 
 #include <QDockWidget>
 #include <QHeaderView>
+#include <QMessageBox>
 #include <QTableWidget>
 #include <QTextBrowser>
 
@@ -29,6 +30,14 @@ static QStringList columnTexts(QTableWidget* table, int column)
     QStringList texts;
     for (int row = 0; row < table->rowCount(); ++row)
         texts.append(table->item(row, column)->text());
+    return texts;
+}
+
+static QStringList headers(const QTableWidget* table)
+{
+    QStringList texts;
+    for (int column = 0; column < table->columnCount(); ++column)
+        texts.append(table->horizontalHeaderItem(column)->text());
     return texts;
 }
 
@@ -102,13 +111,11 @@ private slots:
             QCOMPARE(table->editTriggers(), QAbstractItemView::NoEditTriggers);
             QCOMPARE(table->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
         }
-        QStringList headers;
-        for (int i = 0; i < studio.probe.vLineTable()->columnCount(); ++i)
-            headers.append(studio.probe.vLineTable()->horizontalHeaderItem(i)->text());
-        QCOMPARE(headers,
-                 (QStringList{QStringLiteral(u"序号"), QStringLiteral(u"虚链路id"),
-                              QStringLiteral(u"虚链路信息"), QStringLiteral(u"交换机跳数")}));
-        QCOMPARE(studio.probe.flowTable()->columnCount(), 8);
+        QCOMPARE(studio.probe.flowDock()->windowTitle(), QStringLiteral(u"流量配置"));
+        QCOMPARE(headers(studio.probe.vLineTable()), path("序号 虚链路id 虚链路信息 交换机跳数"));
+        QCOMPARE(
+            headers(studio.probe.flowTable()),
+            path("序号 流类型 流标识 周期(us) 消息长度(字节) 虚链路ID 发送窗口(us) 接收窗口(us)"));
     }
 
     // ---- Editing
@@ -123,6 +130,7 @@ private slots:
         clickButton(form, "confirmButton");
         QCOMPARE(answers.seen(),
                  QStringList{QStringLiteral(u"添加虚链路错误提示: 虚链路Id必须为非空值。")});
+        QCOMPARE(answers.icons(), QList<int>{QMessageBox::Information});
         QVERIFY(!studio.probe.vLineEditorForm());
         QCOMPARE(studio.probe.vLineTable()->rowCount(), 0);
     }
@@ -259,7 +267,10 @@ private slots:
         QCOMPARE(table->item(0, 0)->text(), QStringLiteral("1"));
         QCOMPARE(table->item(0, 1)->text(), QStringLiteral("7"));
         QCOMPARE(table->item(0, 3)->text(), QStringLiteral("2"));
-        QCOMPARE(table->item(0, 1)->textAlignment(), int(Qt::AlignHCenter | Qt::AlignVCenter));
+        for (const int column : {0, 1, 3}) {
+            QCOMPARE(table->item(0, column)->textAlignment(),
+                     int(Qt::AlignHCenter | Qt::AlignVCenter));
+        }
         QVERIFY(!(table->item(0, 0)->flags() & Qt::ItemIsEditable));
         QCOMPARE(entries(qobject_cast<QComboBox*>(table->cellWidget(0, 2))),
                  (QStringList{QStringLiteral(u"{发送端:A, 接收端:S2, 跳数:1}"),
@@ -396,6 +407,15 @@ private slots:
         typeText(form, "lineEdit_VLineId", "2");
         clickButton(form, "confirmButton");
         QCOMPARE(studio.probe.vLineTable()->rowCount(), 2);
+    }
+
+    void rowThatComesBeforeTheDockMakesIt()
+    {
+        Studio studio;
+        studio.probe.addVLine({QStringLiteral("1"), {}});
+        studio.probe.addFlow(FlowInfo());
+        QCOMPARE(studio.probe.vLineTable()->rowCount(), 1);
+        QCOMPARE(studio.probe.flowTable()->rowCount(), 1);
     }
 
     void projectRecordsRebuildTheTableByName()

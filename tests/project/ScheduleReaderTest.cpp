@@ -126,6 +126,19 @@ private slots:
         QCOMPARE(schedule.schedCycle, 5);
     }
 
+    void onlyTheLastSuffixIsFree()
+    {
+        writeFile(QStringLiteral("OutputXML/vek_output.old.xml"),
+                  output(instance(5, talker(1, 0, 3), {}, {})));
+        Schedule schedule;
+        schedule.read();
+        QVERIFY(schedule.send.isEmpty());
+        QVERIFY(QFile::rename(QStringLiteral("OutputXML/vek_output.old.xml"),
+                              QStringLiteral("OutputXML/vek_output.bak")));
+        schedule.read();
+        QVERIFY(!schedule.send.isEmpty());
+    }
+
     void eachPartEntersItsOwnTables()
     {
         writeFile(outputFile(),

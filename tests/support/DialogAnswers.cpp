@@ -45,6 +45,7 @@ bool DialogAnswers::answerMessageBox(QWidget* window)
     if (!box)
         return false;
     m_seen.append(QStringLiteral("%1: %2").arg(box->windowTitle(), box->text()));
+    m_icons.append(box->icon());
     if (m_expected.isEmpty() || m_expected.first().kind != Answer::MessageBox) {
         m_unexpected.append(m_seen.last());
     } else {

@@ -27,6 +27,8 @@ public:
 
     /// "caption: text" of each message box, and "caption [filter]" of each file dialog, in order.
     const QStringList& seen() const { return m_seen; }
+    /// The QMessageBox::Icon of each message box, in order.
+    const QList<int>& icons() const { return m_icons; }
     const QStringList& unexpected() const { return m_unexpected; }
     /// Folders in which the file dialogs started, and whose children they were.
     const QStringList& startFolders() const { return m_startFolders; }
@@ -49,6 +51,7 @@ private:
     QTimer m_timer;
     QList<Answer> m_expected;
     QStringList m_seen;
+    QList<int> m_icons;
     QStringList m_unexpected;
     QStringList m_startFolders;
     QList<QWidget*> m_parents;

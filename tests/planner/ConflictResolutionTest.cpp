@@ -153,6 +153,20 @@ private slots:
         }
     }
 
+    void windowThatEndsBeforeTheTableIsReported()
+    {
+        // All slots from 5 to the end of the table are taken, but the window ends at 7.
+        Windows windows;
+        for (int slot = 5; slot <= 10; ++slot)
+            windows.push_back(window(slot, slot));
+        windows.push_back(window(5, 7));
+        QCOMPARE(resolve(false, windows, 10).exitNumber, 465);
+        QCOMPARE(resolve(true, windows, 10).exitNumber, 556);
+        windows.back() = window(5, 10);
+        QCOMPARE(resolve(false, windows, 10).exitNumber, 0);
+        QCOMPARE(resolve(false, windows, 10).code, code::refused);
+    }
+
     void givingWayBeyondTheWindowFails()
     {
         // The second takes 3 and must leave it to the third, but 4 is taken.

@@ -204,6 +204,19 @@ private slots:
         QCOMPARE(int(context.switchBufferNum), 8);
     }
 
+    void listenerWithoutAPathIsNotForgivenForTheNextOne()
+    {
+        const LogCapture log;
+        InputText input = lineNetwork(1, 4);
+        const QString window = QStringLiteral("[0,1000]");
+        input.flow(1, QStringLiteral("1000"), 1, QStringLiteral("A"), window,
+                   {{QStringLiteral("A"), window}, {QStringLiteral("B"), window}});
+        input.save();
+        PlanningContext context;
+        readInputDocument(context);
+        QVERIFY(context.flows.empty());
+    }
+
     void secondFileOfTheSameBaseNameIsReadToo()
     {
         const LogCapture log;

@@ -199,6 +199,18 @@ private slots:
         QCOMPARE(paths.back().bridges.front().schedtxwin, window(8, 24));
     }
 
+    void portThatAPathPassesTwiceIsNarrowedBothTimes()
+    {
+        PlanningContext context = singleFlow(3, 4, window(0, 20), window(3, 40));
+        std::list<BridgeHop>& bridges = context.flows.front().paths.front().bridges;
+        bridges.front().nodeID = bridges.back().nodeID = 7;
+        bridges.front().outport = bridges.back().outport = 3;
+        deriveBridgeWindows(context);
+        // Alone the first pass would have [1,24] and the second [3,32].
+        QCOMPARE(bridges.front().schedtxwin, window(3, 24));
+        QCOMPARE(bridges.back().schedtxwin, window(3, 24));
+    }
+
     void sendWindowIsNarrowedOnAllPaths()
     {
         PlanningContext context = singleFlow(2, 4, window(0, 50), window(0, 12));

@@ -10,24 +10,38 @@ namespace twin
 namespace
 {
 
-/// The whole table, one element a slot; outside it nothing is used and nothing is kept.
+/// The table, one element a slot from the least to the largest that was ever marked: a table may be
+/// as long as there are slots. Outside it nothing is used and nothing is kept.
 class Table
 {
 public:
-    explicit Table(qint32 maxRxSlot) : m_used(static_cast<size_t>(maxRxSlot) + 1, false) {}
+    explicit Table(qint32 maxRxSlot) : m_last(maxRxSlot) {}
 
-    bool contains(qint32 slot) const
+    bool contains(qint32 slot) const { return slot >= 0 && slot <= m_last; }
+    bool used(qint32 slot) const
     {
-        return slot >= 0 && static_cast<size_t>(slot) < m_used.size();
+        return slot >= m_first && placeOf(slot) < m_used.size() && m_used[placeOf(slot)];
     }
-    bool used(qint32 slot) const { return contains(slot) && m_used[static_cast<size_t>(slot)]; }
     void mark(qint32 slot, bool used)
     {
-        if (contains(slot))
-            m_used[static_cast<size_t>(slot)] = used;
+        if (!contains(slot))
+            return;
+        if (m_used.empty())
+            m_first = slot;
+        if (slot < m_first) {
+            m_used.insert(m_used.begin(), static_cast<size_t>(m_first - slot), false);
+            m_first = slot;
+        }
+        if (placeOf(slot) >= m_used.size())
+            m_used.resize(placeOf(slot) + 1, false);
+        m_used[placeOf(slot)] = used;
     }
 
 private:
+    size_t placeOf(qint32 slot) const { return static_cast<size_t>(slot - m_first); }
+
+    qint32 m_last;
+    qint32 m_first = 0;
     std::vector<bool> m_used;
 };
 

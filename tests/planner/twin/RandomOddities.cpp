@@ -1,6 +1,8 @@
 #include "tests/planner/twin/RandomOddities.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 
 namespace
 {
@@ -118,15 +120,31 @@ QByteArray oddNumber(RandomSource& random)
 
 /// What is done to the windows of one document.
 struct Disturbance {
-    int percent = 0;  ///< of the windows
-    int offset = 0;   ///< slots, to bring windows below the slot table
-    bool odd = false; ///< texts of another shape, too
+    int percent = 0;   ///< of the windows
+    int offset = 0;    ///< slots, to bring windows below the slot table
+    bool odd = false;  ///< texts of another shape, too
+    bool last = false; ///< all windows at the largest slots that there are
 };
+
+QByteArray windowText(qint64 start, qint64 end)
+{
+    return "[" + QByteArray::number(start) + "," + QByteArray::number(end) + "]";
+}
+
+/// A window near the slot behind which slots wrap; some end before they start.
+QByteArray windowAtTheLastSlots(RandomSource& random)
+{
+    constexpr qint64 largest = std::numeric_limits<qint32>::max();
+    const qint64 start = largest - random.below(4);
+    return windowText(start, std::min(largest, start + random.between(-3, 4)));
+}
 
 /// Around what the document has: shifted, widened, inverted, or a text of another shape.
 QByteArray disturbedWindow(RandomSource& random, const Disturbance& disturbance,
                            const QByteArray& text)
 {
+    if (disturbance.last)
+        return windowAtTheLastSlots(random);
     int start = 0;
     int end = 0;
     std::sscanf(text.constData(), "[%d,%d]", &start, &end);
@@ -137,8 +155,7 @@ QByteArray disturbedWindow(RandomSource& random, const Disturbance& disturbance,
     if (disturbance.odd && random.chance(5))
         return random.pick({QByteArray("[a,30]"), QByteArray("[5]"), QByteArray("7,9"),
                             QByteArray("[4,b]"), QByteArray("x[3,8,9]y"), QByteArray("[,]")});
-    return "[" + QByteArray::number(start + disturbance.offset) + "," +
-           QByteArray::number(end + disturbance.offset) + "]";
+    return windowText(start + disturbance.offset, end + disturbance.offset);
 }
 
 void changeTopology(RandomSource& random, NetworkDraft& draft)
@@ -229,6 +246,7 @@ QByteArray disturbedWindows(RandomSource& random, const QByteArray& document)
     disturbance.percent = random.pick({5, 30, 100});
     disturbance.offset = random.pick({0, 0, 0, -3, -8});
     disturbance.odd = random.chance(10);
+    disturbance.last = random.chance(5);
     const bool numbers = random.chance(10);
     QList<QByteArray> lines = document.split('\n');
     for (QByteArray& line : lines) {

@@ -21,14 +21,6 @@ static QString u(const char* text)
     return QString::fromUtf8(text);
 }
 
-static QStringList entriesOf(const QComboBox* box)
-{
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i)
-        texts.append(box->itemText(i));
-    return texts;
-}
-
 /// What a user can see or change about a widget; empty for a widget of another kind.
 static QString described(const QWidget* widget)
 {
@@ -39,7 +31,7 @@ static QString described(const QWidget* widget)
     if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
         return edit->isReadOnly() ? u("<shown>") : u("<typed>");
     if (const auto* box = qobject_cast<const QComboBox*>(widget))
-        return u("<of ") + entriesOf(box).join(QLatin1Char('/')) + QLatin1Char('>');
+        return u("<of ") + entries(box).join(QLatin1Char('/')) + QLatin1Char('>');
     return QString();
 }
 

@@ -62,25 +62,21 @@ static qint32 answerOne(planner::TTPlanner&)
     return 1;
 }
 
-/// Counts the events of one type that reach an object.
-class EventCounter : public QObject
+/// Counts how often a widget is raised.
+class RaiseCounter : public QObject
 {
 public:
-    EventCounter(QObject* watched, QEvent::Type type) : m_type(type)
-    {
-        watched->installEventFilter(this);
-    }
+    explicit RaiseCounter(QWidget* watched) { watched->installEventFilter(this); }
 
     int count() const { return m_count; }
 
     bool eventFilter(QObject*, QEvent* event) override
     {
-        m_count += event->type() == m_type ? 1 : 0;
+        m_count += event->type() == QEvent::ZOrderChange ? 1 : 0;
         return false;
     }
 
 private:
-    QEvent::Type m_type;
     int m_count = 0;
 };
 
@@ -296,10 +292,9 @@ private slots:
         FlowScheduleForm* form = openDialog();
         QVERIFY(form);
         QVERIFY(!form->isModal());
-        EventCounter raises(form, QEvent::ZOrderChange);
-        EventCounter activations(form, QEvent::WindowActivate);
+        const RaiseCounter raises(form);
         clickScheduleAction();
-        QCOMPARE(raises.count() + activations.count(), 0);
+        QCOMPARE(raises.count(), 0);
         form->raise();
         QCOMPARE(raises.count(), 1); // so the counter would have noticed
         QCOMPARE(probe().flowScheduleForm(), form);

@@ -17,14 +17,6 @@
 
 // Docks, the virtual link editor with its dialogs, and the table of virtual links.
 
-static QStringList entries(QComboBox* box)
-{
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i)
-        texts.append(box->itemText(i));
-    return texts;
-}
-
 static QStringList columnTexts(QTableWidget* table, int column)
 {
     QStringList texts;

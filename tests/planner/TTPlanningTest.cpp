@@ -61,6 +61,20 @@ static qint32 plan(const std::list<TTStreamInstance>& instances, TTPlanner& plan
     return TTPlanning(planner);
 }
 
+static VirtualLinkPath plainPath()
+{
+    return path(2, window(3, 9), window(5, 12), window(7, 20));
+}
+
+/// The schedule of one instance that travels on plainPath() and on another path.
+static QByteArray documentOfPathAnd(const VirtualLinkPath& other)
+{
+    const LogCapture log;
+    TTPlanner planner;
+    plan({instance(1, {plainPath(), other})}, planner);
+    return readFile(outputFile());
+}
+
 static int conflictLines(const LogCapture& log)
 {
     return log.lines().filter(QStringLiteral("resolve conflict:")).size();
@@ -191,12 +205,9 @@ private slots:
 
     void pathsThroughOneHopGiveOneBridgeAndTwoListeners()
     {
-        const LogCapture log;
-        TTPlanner planner;
         VirtualLinkPath other = path(2, window(3, 9), window(6, 12), window(8, 20));
         other.listenerNodeID = 3;
-        plan({instance(1, {path(2, window(3, 9), window(5, 12), window(7, 20)), other})}, planner);
-        const QByteArray document = readFile(outputFile());
+        const QByteArray document = documentOfPathAnd(other);
         QCOMPARE(document.count("<bridge>"), 1);
         QCOMPARE(document.count("<listener>"), 2);
         QCOMPARE(document.count("<txslotID>5</txslotID>"), 1);
@@ -204,22 +215,16 @@ private slots:
 
     void pathsIntoTwoPortsOfOneListenerGiveTwoListeners()
     {
-        const LogCapture log;
-        TTPlanner planner;
-        VirtualLinkPath other = path(2, window(3, 9), window(5, 12), window(7, 20));
+        VirtualLinkPath other = plainPath();
         other.listenerInport = 2;
-        plan({instance(1, {path(2, window(3, 9), window(5, 12), window(7, 20)), other})}, planner);
-        QCOMPARE(readFile(outputFile()).count("<listener>"), 2);
+        QCOMPARE(documentOfPathAnd(other).count("<listener>"), 2);
     }
 
     void pathsThroughTwoInportsGiveTwoBridges()
     {
-        const LogCapture log;
-        TTPlanner planner;
-        VirtualLinkPath other = path(2, window(3, 9), window(5, 12), window(7, 20));
+        VirtualLinkPath other = plainPath();
         other.bridges.front().inport = 2;
-        plan({instance(1, {path(2, window(3, 9), window(5, 12), window(7, 20)), other})}, planner);
-        const QByteArray document = readFile(outputFile());
+        const QByteArray document = documentOfPathAnd(other);
         QCOMPARE(document.count("<bridge>"), 2);
         QCOMPARE(document.count("<listener>"), 1);
     }

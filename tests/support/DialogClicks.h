@@ -18,6 +18,15 @@ inline QComboBox* comboBox(QDialog* dialog, const char* name)
     return dialog->findChild<QComboBox*>(QString::fromUtf8(name));
 }
 
+/// The texts that a list offers, in its order.
+inline QStringList entries(const QComboBox* box)
+{
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts.append(box->itemText(i));
+    return texts;
+}
+
 /// Replaces the text of a line edit by typing.
 inline void typeText(QDialog* dialog, const char* name, const QString& text)
 {

@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace twin
 {
@@ -260,17 +261,17 @@ Path parseDatapath(const Context& context, const QString& text)
     const QStringList names = text.split(QLatin1Char(','), Qt::KeepEmptyParts);
     if (names.size() < 3)
         throw Incomplete();
-    Path path;
-    path.talkerNodeID = static_cast<quint16>(nodeIdOfName(context, names.first()));
-    path.listenerNodeID = static_cast<quint16>(nodeIdOfName(context, names.last()));
-    for (int i = 1; i + 1 < names.size(); ++i) {
-        Hop hop;
-        hop.nodeID = static_cast<quint16>(nodeIdOfName(context, names.at(i)));
-        path.bridges.push_back(hop);
-    }
     std::vector<quint32> nodes;
     for (const QString& name : names)
         nodes.push_back(nodeIdOfName(context, name));
+    Path path;
+    path.talkerNodeID = static_cast<quint16>(nodes.front());
+    path.listenerNodeID = static_cast<quint16>(nodes.back());
+    for (size_t i = 1; i + 1 < nodes.size(); ++i) {
+        Hop hop;
+        hop.nodeID = static_cast<quint16>(nodes[i]);
+        path.bridges.push_back(hop);
+    }
     connectPath(context, nodes, path);
     fillBuffers(context, path);
     return path;

@@ -1,13 +1,13 @@
 #include "planner/ConflictAnalysis.h"
 
 #include "planner/ConflictResolution.h"
-#include "planner/PairKey.h"
+#include "planner/Passes.h"
 #include "planner/PlanningLog.h"
+#include "planner/PortCopies.h"
 #include "planner/WindowRevision.h"
 
-#include <numeric>
+#include <algorithm>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace planner
 {
@@ -15,136 +15,200 @@ namespace planner
 namespace
 {
 
-/// Builds a nodeList and remembers where each node and port stands.
-class PortGrouping
+/// Logs the beginning of a revision, and its end when it goes.
+class RevisionLines
 {
 public:
-    explicit PortGrouping(const std::list<TTStreamInstance>& instances)
-        : m_repeatedKeys(keysThatRepeat(instances))
+    RevisionLines() { qCDebug(planningLog) << "flowStatusRevise-----"; }
+    ~RevisionLines() { qCDebug(planningLog) << "flowStatusRevise end-----"; }
+    RevisionLines(const RevisionLines&) = delete;
+    RevisionLines& operator=(const RevisionLines&) = delete;
+};
+
+/// The steps of a pass on the records as they stand.
+class RecordSteps
+{
+public:
+    explicit RecordSteps(TTPlanner& planner) : m_planner(planner) {}
+
+    WorstPort measure()
     {
+        WorstPort worst;
+        for (Node& node : m_planner.nodeList) {
+            for (NodeOutport& port : node.outports) {
+                std::vector<SlotWindow> windows = collectPortWindows(node, port);
+                port.degree = 2 * countWindowOverlaps(windows);
+                if (worst.maxDegree < port.degree)
+                    worst = {port.degree, node.nodeID, port.outport};
+            }
+        }
+        return worst;
     }
 
-    /// Instances come one after the other; key is that of the entry's instance.
-    void addInstanceToPort(quint32 key, const PortInstance& entry, quint16 nodeID, quint16 outport)
+    qint32 resolve(const WorstPort& port)
     {
-        const quint32 number = pairKey(nodeID, outport);
-        std::vector<PortInstance>& instances = portOf(number, nodeID, outport).instances;
-        if (!instances.empty() && instances.back().instance == entry.instance)
-            instances.back().meetsOnce = false;
-        else if (m_repeatedKeys.empty() || isNewUnderRepeatedKey(key, number))
-            instances.push_back(entry);
+        return conflictResolve(m_planner, port.nodeID, port.outport);
     }
 
-    std::list<Node> take() { return std::move(m_nodes); }
+    void revise(const WorstPort& port) { flowStatusRevise(m_planner, port.nodeID, port.outport); }
+
+    void renew() { m_planner.nodeList = convertInstancesToNodes(m_planner.TTStreamInstanceList); }
 
 private:
-    // Records that share their key stand once under a port, the first of them.
-    bool isNewUnderRepeatedKey(quint32 key, quint32 port)
-    {
-        return m_repeatedKeys.count(key) == 0 || m_known.insert(quint64(port) << 32 | key).second;
-    }
-
-    NodeOutport& portOf(quint32 number, quint16 nodeID, quint16 outport)
-    {
-        NodeOutport*& port = m_ports[number];
-        if (!port) {
-            Node& node = nodeOf(nodeID);
-            node.outports.emplace_back();
-            port = &node.outports.back();
-            port->outport = outport;
-        }
-        return *port;
-    }
-
-    Node& nodeOf(quint16 nodeID)
-    {
-        Node*& node = m_nodesById[nodeID];
-        if (!node) {
-            m_nodes.emplace_back();
-            node = &m_nodes.back();
-            node->nodeID = nodeID;
-        }
-        return *node;
-    }
-
-    const std::unordered_set<quint32> m_repeatedKeys;
-    std::unordered_set<quint64> m_known; ///< ports with the repeated keys that they hold
-    std::list<Node> m_nodes;
-    std::unordered_map<quint16, Node*> m_nodesById;
-    std::unordered_map<quint32, NodeOutport*> m_ports;
+    TTPlanner& m_planner;
 };
+
+/// The same steps on what Passes holds.
+class HeldSteps
+{
+public:
+    explicit HeldSteps(Passes& passes) : m_passes(passes) {}
+
+    WorstPort measure() { return m_passes.measure(); }
+
+    qint32 resolve(const WorstPort& port)
+    {
+        const PortView view = m_passes.view(port);
+        const PortSlots found = findSlots(view, m_passes.maxRxSlot());
+        if (found.code == code::ok)
+            assignSlots(view, found.slotsGiven);
+        return found.code;
+    }
+
+    void revise(const WorstPort& port)
+    {
+        const RevisionLines lines;
+        const PortView view = m_passes.view(port);
+        m_passes.reviseEach(view, [&](InstanceIndex instance) {
+            reviseInstance(view.board, instance, view.port, m_passes.hopBufferNum());
+        });
+        m_passes.overwriteDuplicates();
+    }
+
+    void renew() { m_passes.renew(); }
+
+private:
+    Passes& m_passes;
+};
+
+template <typename Steps>
+qint32 runPass(Steps steps, const StageListener& listener)
+{
+    qCDebug(planningLog) << "Conflict Degree Calculating----------";
+    const WorstPort worst = steps.measure();
+    qCDebug(planningLog) << "Conflict Degree Calculating End----------";
+    qCDebug(planningLog) << "maxDegree:" << worst.maxDegree << "node:" << worst.nodeID
+                         << "outport:" << worst.outport;
+    tell(listener, StagePart::Degrees);
+    if (worst.maxDegree == 0)
+        return 0;
+    const qint32 result = steps.resolve(worst);
+    qCDebug(planningLog) << "Resolve:" << result;
+    tell(listener, StagePart::Resolve);
+    if (result != code::ok)
+        return result;
+    steps.revise(worst);
+    steps.renew();
+    tell(listener, StagePart::Revise);
+    return static_cast<qint32>(worst.maxDegree);
+}
+
+/// The window of the instance's first hop at the port; null when it has none.
+const SlotWindow* sendWindowAt(const TTStreamInstance& instance, quint16 nodeID, quint16 outport)
+{
+    for (const VirtualLinkPath& path : instance.paths) {
+        if (path.talkerNodeID == nodeID && path.talkerOutport == outport)
+            return &path.schedtxwin;
+        for (const BridgeHop& hop : path.bridges) {
+            if (hop.nodeID == nodeID && hop.outport == outport)
+                return &hop.schedtxwin;
+        }
+    }
+    return nullptr;
+}
 
 } // namespace
 
 std::list<Node> convertInstancesToNodes(const std::list<TTStreamInstance>& instanceList)
 {
-    qCDebug(planningLog) << "converting Instance to Node----------";
-    PortGrouping grouping(instanceList);
-    PortInstance entry;
-    for (const TTStreamInstance& instance : instanceList) {
-        const quint32 key = instanceKey(instance);
-        for (const VirtualLinkPath& path : instance.paths) {
-            entry.isBridge = false;
-            grouping.addInstanceToPort(key, entry, path.talkerNodeID, path.talkerOutport);
-            entry.isBridge = true;
-            for (const BridgeHop& hop : path.bridges) {
-                ++entry.stop;
-                grouping.addInstanceToPort(key, entry, hop.nodeID, hop.outport);
-            }
-            entry.stop += 2; // passes the listener
-            ++entry.way;
-        }
-        ++entry.instance;
-    }
-    qCDebug(planningLog) << "converting Instance to Node End----------";
-    return grouping.take();
+    return nodesOf(groupByPort(instanceList), instanceList);
 }
 
-void groupByPort(TTPlanner& planner)
+void addInstanceToPort(std::list<Node>& nodeList, const InstanceCopy& instance, quint16 nodeID,
+                       quint16 outport)
 {
-    planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
-    planner.ports.rebuild(planner.nodeList);
-    planner.board.rebuild(planner.TTStreamInstanceList, planner.ports);
-    planner.degrees.rebuild(planner.ports);
-    planner.duplicates.rebuild(planner.TTStreamInstanceList);
-}
-
-void giveBackWindows(TTPlanner& planner)
-{
-    planner.board.giveBack(planner.TTStreamInstanceList);
-}
-
-// The ports share one board of windows, so that a revision reaches them at once; the log tells of a
-// renewed grouping all the same.
-static void renewGrouping(TTPlanner& planner)
-{
-    if (planner.ports.isOutdated()) {
-        groupByPort(planner);
-        planner.revised.resize(planner.TTStreamInstanceList.size());
-        std::iota(planner.revised.begin(), planner.revised.end(), 0U);
+    const auto node = std::find_if(nodeList.begin(), nodeList.end(),
+                                   [&](const Node& known) { return known.nodeID == nodeID; });
+    if (node == nodeList.end()) {
+        nodeList.push_back({nodeID, {{outport, {instance}, 0}}});
         return;
     }
-    qCDebug(planningLog) << "converting Instance to Node----------";
-    qCDebug(planningLog) << "converting Instance to Node End----------";
+    const auto port =
+        std::find_if(node->outports.begin(), node->outports.end(),
+                     [&](const NodeOutport& known) { return known.outport == outport; });
+    if (port == node->outports.end()) {
+        node->outports.push_back({outport, {instance}, 0});
+        return;
+    }
+    const bool isKnown =
+        std::any_of(port->instances.begin(), port->instances.end(), [&](const InstanceCopy& known) {
+            return instanceKey(*known) == instanceKey(*instance);
+        });
+    if (!isKnown)
+        port->instances.push_back(instance);
+}
+
+std::vector<SlotWindow> collectPortWindows(const Node& node, const NodeOutport& port)
+{
+    std::vector<SlotWindow> windows;
+    for (const InstanceCopy& instance : port.instances) {
+        if (const SlotWindow* window = sendWindowAt(*instance, node.nodeID, port.outport))
+            windows.push_back(*window);
+    }
+    return windows;
 }
 
 qint32 calculateConflictDegree(TTPlanner& planner)
 {
-    planner.revised.clear();
-    qCDebug(planningLog) << "Conflict Degree Calculating----------";
-    const WorstPort worst = planner.degrees.measure(planner.ports, planner.board);
-    qCDebug(planningLog) << "Conflict Degree Calculating End----------";
-    qCDebug(planningLog) << "maxDegree:" << worst.maxDegree << "node:" << worst.nodeID
-                         << "outport:" << worst.outport;
-    if (worst.maxDegree == 0)
-        return 0;
-    const qint32 result = conflictResolve(planner, worst.nodeID, worst.outport);
-    qCDebug(planningLog) << "Resolve:" << result;
-    if (result != code::ok)
-        return result;
-    flowStatusRevise(planner, worst.nodeID, worst.outport);
-    renewGrouping(planner);
-    return static_cast<qint32>(worst.maxDegree);
+    if (planner.nodeList.empty() && !planner.TTStreamInstanceList.empty())
+        planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
+    return runPass(RecordSteps(planner), {});
+}
+
+qint32 calculateConflictDegree(Passes& passes, const StageListener& listener)
+{
+    passes.begin();
+    return runPass(HeldSteps(passes), listener);
+}
+
+void flowStatusRevise(TTPlanner& planner, quint16 nodeID, quint16 outport)
+{
+    const RevisionLines lines;
+    NodeOutport* port = findPort(planner.nodeList, nodeID, outport);
+    if (!port)
+        return;
+    std::unordered_map<quint32, InstanceCopy> revisedByKey;
+    for (InstanceCopy& copy : port->instances) {
+        TTStreamInstance revised = *copy;
+        reviseWindows(planner, nodeID, outport, revised);
+        copy = std::make_shared<const TTStreamInstance>(std::move(revised));
+        revisedByKey[instanceKey(*copy)] = copy;
+    }
+    for (TTStreamInstance& record : planner.TTStreamInstanceList) {
+        const auto found = revisedByKey.find(instanceKey(record));
+        if (found != revisedByKey.end())
+            record = *found->second;
+    }
+}
+
+qint32 reviseWindows(const TTPlanner& planner, quint16 nodeID, quint16 outport,
+                     TTStreamInstance& instance)
+{
+    WindowBoard board;
+    addForPort(board, instance, nodeID, outport);
+    reviseInstance(board, InstanceIndex(), onlyPort, planner.hopBufferNum);
+    board.giveBack(InstanceIndex(), instance);
+    return code::ok;
 }
 
 } // namespace planner

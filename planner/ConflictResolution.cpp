@@ -2,6 +2,7 @@
 
 #include "planner/LaterWindows.h"
 #include "planner/PlanningLog.h"
+#include "planner/PortCopies.h"
 #include "planner/SlotTable.h"
 
 #include <algorithm>
@@ -21,47 +22,41 @@ struct ExitNumbers {
     int steppedTooFar; ///< stepping aside for a later window moved the slot too far
 };
 constexpr ExitNumbers talkerExits{465, 486, 500, 512};
-constexpr ExitNumbers bridgeExits{556, 580, 594, 607};
+constexpr ExitNumbers switchExits{556, 580, 594, 607};
 
 /// One call's work on a port: the slots given out so far, and the slot under search.
-class PortResolution
+class SlotSearch
 {
 public:
-    PortResolution(WindowBoard& board, const NodeOutport& port, quint32 place, qint32 maxRxSlot)
-        : m_board(board),
-          m_port(port),
-          m_place(place),
-          m_table(maxRxSlot)
+    SlotSearch(const PortView& port, qint32 maxRxSlot) : m_port(port), m_table(maxRxSlot)
     {
-        for (size_t rank = 0; rank < port.instances.size(); ++rank)
-            addLaterWindows(rank, port.instances[rank]);
+        Turn turn;
+        for (const PortEntry& entry : port.entries) {
+            addLaterWindows(turn, entry);
+            ++turn;
+        }
     }
 
-    /// Finds a slot for the instance of this rank on the port, looking ahead to the later ones;
-    /// false on failure.
-    bool resolve(size_t rank)
+    /// Finds a slot for the instance of this turn, looking ahead to the later ones; false on
+    /// failure.
+    bool find(Turn turn)
     {
-        const PortInstance& entry = m_port.instances[rank];
-        m_window = m_board.stop(entry.stop).window;
-        m_isBridge = entry.isBridge;
+        const PortEntry& entry = m_port.entries[turn.value()];
+        m_window = m_port.board.hop(entry.hop).window;
+        m_isSwitch = entry.isSwitch;
         qCDebug(planningLog) << "冲突窗口: [" << m_window.start << "," << m_window.end << "]";
-        if (!takeFirstFreeSlot() || !lookAhead(rank))
+        if (!takeFirstFreeSlot() || !lookAhead(turn))
             return false;
         qCDebug(planningLog) << "冲突窗口分配时隙:" << m_slot;
-        m_slots.push_back(m_slot);
         m_table.take(m_slot);
         return true;
     }
 
-    /// Gives all instances the slots that were found.
-    void assign()
-    {
-        for (size_t rank = 0; rank < m_slots.size(); ++rank)
-            fix(m_port.instances[rank], m_slots[rank]);
-    }
+    /// The slot that was found last.
+    qint32 slot() const { return m_slot; }
 
 private:
-    const ExitNumbers& exits() const { return m_isBridge ? bridgeExits : talkerExits; }
+    const ExitNumbers& exits() const { return m_isSwitch ? switchExits : talkerExits; }
 
     static bool fail(int exitNumber)
     {
@@ -70,20 +65,21 @@ private:
     }
 
     // Talkers are compared with talkers only, switches with switches only.
-    void addLaterWindows(size_t rank, const PortInstance& entry)
+    void addLaterWindows(Turn turn, const PortEntry& entry)
     {
+        const WindowBoard& board = m_port.board;
         if (entry.meetsOnce) {
-            (entry.isBridge ? m_bridges : m_talkers).add(rank, m_board.stop(entry.stop).window);
+            (entry.isSwitch ? m_switches : m_talkers).add(turn, board.hop(entry.hop).window);
             return;
         }
-        const quint32 end = m_board.firstWay(entry.instance + 1);
-        for (quint32 number = m_board.firstWay(entry.instance); number != end; ++number) {
-            const Way& way = m_board.way(number);
-            if (m_board.stop(way.talker).port == m_place)
-                m_talkers.add(rank, m_board.stop(way.talker).window);
-            for (quint32 hop = way.firstHop(); hop != way.listener(); ++hop) {
-                if (m_board.stop(hop).port == m_place)
-                    m_bridges.add(rank, m_board.stop(hop).window);
+        const PathIndex end = board.firstPath(entry.instance.plus(1));
+        for (PathIndex index = board.firstPath(entry.instance); index != end; ++index) {
+            const BoardPath& path = board.path(index);
+            if (board.hop(path.talker).port == m_port.port)
+                m_talkers.add(turn, board.hop(path.talker).window);
+            for (HopIndex hop = path.firstSwitch(); hop != path.listener(); ++hop) {
+                if (board.hop(hop).port == m_port.port)
+                    m_switches.add(turn, board.hop(hop).window);
             }
         }
     }
@@ -102,10 +98,10 @@ private:
         return !hasPassed(m_window.start, m_slot, m_window.end) || fail(exits().noFreeSlot);
     }
 
-    bool lookAhead(size_t rank)
+    bool lookAhead(Turn turn)
     {
-        LaterWindows& later = m_isBridge ? m_bridges : m_talkers;
-        const std::vector<SlotWindow>& tighter = later.find(rank, m_window);
+        LaterWindows& later = m_isSwitch ? m_switches : m_talkers;
+        const std::vector<SlotWindow>& tighter = later.find(turn, m_window);
         return std::all_of(tighter.begin(), tighter.end(), [this](const SlotWindow& window) {
             return window.start == m_window.start ? giveWay() : stepAsideFor(window);
         });
@@ -117,7 +113,7 @@ private:
     {
         m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
         if (m_slot > m_table.lastSlot())
-            return m_isBridge || fail(exits().equalStarts);
+            return m_isSwitch || fail(exits().equalStarts);
         return m_slot <= m_window.end || fail(exits().equalStarts);
     }
 
@@ -133,7 +129,7 @@ private:
             m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
         // Beyond the table no slot would ever be found, so this is a failure too. A switch is
         // measured against the later window, a talker against its own.
-        const qint32 lastAllowed = m_isBridge ? later.end : m_window.end;
+        const qint32 lastAllowed = m_isSwitch ? later.end : m_window.end;
         if (m_slot > m_table.lastSlot() || m_slot > lastAllowed)
             return fail(exits().steppedTooFar);
         return true;
@@ -147,62 +143,71 @@ private:
         return from != to && (cameToLargest ? largest : to) > bound;
     }
 
-    void fix(const PortInstance& entry, qint32 slot)
-    {
-        fixStop(entry.stop, slot);
-        if (!entry.meetsOnce)
-            fixOtherWays(entry, slot);
-    }
-
-    // A talker has one slot on all ways; a switch takes its slot along to the later ways.
-    void fixOtherWays(const PortInstance& entry, qint32 slot)
-    {
-        const quint32 end = m_board.firstWay(entry.instance + 1);
-        for (quint32 number = entry.way + 1; number != end; ++number) {
-            const Way& way = m_board.way(number);
-            const quint32 hop = m_board.findHop(way, m_place);
-            if (!entry.isBridge && m_board.stop(way.talker).port == m_place)
-                fixStop(way.talker, slot);
-            if (entry.isBridge && hop != way.listener())
-                fixStop(hop, slot);
-        }
-    }
-
-    void fixStop(quint32 number, qint32 slot)
-    {
-        Stop& stop = m_board.stop(number);
-        stop.slot = static_cast<quint32>(slot);
-        stop.window = {slot, slot};
-    }
-
-    WindowBoard& m_board;
-    const NodeOutport& m_port;
-    quint32 m_place; ///< of the port in the PortIndex
+    const PortView& m_port;
     SlotTable m_table;
     LaterWindows m_talkers;
-    LaterWindows m_bridges;
-    std::vector<qint32> m_slots; ///< found so far, in the port's order
+    LaterWindows m_switches;
     SlotWindow m_window;
-    bool m_isBridge = false;
+    bool m_isSwitch = false;
     qint32 m_slot = 0;
 };
+
+void fix(Hop& hop, qint32 slot)
+{
+    hop.slot = static_cast<quint32>(slot);
+    hop.window = {slot, slot};
+}
+
+// A talker has one slot on all paths; a switch takes its slot along to the later paths.
+void fixOtherPaths(const PortView& port, const PortEntry& entry, qint32 slot)
+{
+    WindowBoard& board = port.board;
+    const PathIndex end = board.firstPath(entry.instance.plus(1));
+    for (PathIndex index = entry.path.plus(1); index != end; ++index) {
+        const BoardPath& path = board.path(index);
+        const HopIndex sender = board.findSwitch(path, port.port);
+        if (!entry.isSwitch && board.hop(path.talker).port == port.port)
+            fix(board.hop(path.talker), slot);
+        if (entry.isSwitch && sender != path.listener())
+            fix(board.hop(sender), slot);
+    }
+}
 
 } // namespace
 
 qint32 conflictResolve(TTPlanner& planner, quint16 nodeID, quint16 outport)
 {
+    PortCopies copies(planner.nodeList, nodeID, outport);
+    const PortSlots found = findSlots(copies.view(), planner.maxRxSlot);
+    assignSlots(copies.view(), found.slotsGiven);
+    copies.giveBack();
+    return found.code;
+}
+
+PortSlots findSlots(const PortView& port, qint32 maxRxSlot)
+{
     qCDebug(planningLog) << "conflictResolve";
-    const quint32 place = planner.ports.placeOf(nodeID, outport);
-    if (place == PortIndex::noPlace)
-        return code::ok;
-    const NodeOutport& port = *planner.ports.ports()[place].outport;
-    PortResolution resolution(planner.board, port, place, planner.maxRxSlot);
-    for (size_t rank = 0; rank < port.instances.size(); ++rank) {
-        if (!resolution.resolve(rank))
-            return code::refused;
+    PortSlots found;
+    SlotSearch search(port, maxRxSlot);
+    for (Turn turn; turn.value() < port.entries.size(); ++turn) {
+        if (!search.find(turn)) {
+            found.code = code::refused;
+            break;
+        }
+        found.slotsGiven.push_back(search.slot());
     }
-    resolution.assign();
-    return code::ok;
+    return found;
+}
+
+void assignSlots(const PortView& port, const std::vector<qint32>& slotsGiven)
+{
+    auto entry = port.entries.begin();
+    for (const qint32 slot : slotsGiven) {
+        fix(port.board.hop(entry->hop), slot);
+        if (!entry->meetsOnce)
+            fixOtherPaths(port, *entry, slot);
+        ++entry;
+    }
 }
 
 } // namespace planner

@@ -46,18 +46,13 @@ void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances)
 void printNodeList(const TTPlanner& planner)
 {
     qCDebug(planningLog) << "print nodeList";
-    if (planner.nodeList.empty())
-        return; // and the board need not be filled
-    std::list<TTStreamInstance> instances = planner.TTStreamInstanceList;
-    planner.board.giveBack(instances);
-    const std::vector<TTStreamInstance> byPlace(instances.begin(), instances.end());
     for (const Node& node : planner.nodeList) {
         qCDebug(planningLog) << "nodeID:" << node.nodeID;
         for (const NodeOutport& port : node.outports) {
             qCDebug(planningLog) << "outport:" << port.outport;
             printBanner();
-            for (const PortInstance& entry : port.instances)
-                printInstance(byPlace[entry.instance]);
+            for (const InstanceCopy& instance : port.instances)
+                printInstance(*instance);
         }
     }
 }

@@ -9,7 +9,7 @@ namespace planner
 /// The windows of each instance, in the order of the list.
 void printTTStreamInstanceList(const std::list<TTStreamInstance>& instances);
 
-/// The instances of each port with their windows as they stand on the board; a debugging aid.
+/// The instances of each port with their windows; a debugging aid.
 void printNodeList(const TTPlanner& planner);
 
 /// Hosts, switches and links; a debugging aid.

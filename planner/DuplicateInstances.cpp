@@ -1,13 +1,12 @@
 #include "planner/DuplicateInstances.h"
 
-#include "planner/PairKey.h"
-
 #include <algorithm>
+#include <unordered_set>
 
 namespace planner
 {
 
-std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances)
+static std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances)
 {
     std::vector<quint32> keys;
     keys.reserve(instances.size());
@@ -22,33 +21,49 @@ std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& in
     return repeated;
 }
 
-void DuplicateInstances::rebuild(std::list<TTStreamInstance>& instances)
+/// Calls visit(record, number) for each record that shares its key with another one.
+template <typename Instances, typename Visit>
+static void forEachRepeated(Instances& instances, const Visit& visit)
 {
-    m_records.clear();
-    m_byPlace.clear();
-    for (const quint32 key : keysThatRepeat(instances))
-        m_records[key];
-    if (m_records.empty())
+    const std::unordered_set<quint32> repeated = keysThatRepeat(instances);
+    if (repeated.empty())
         return;
-    quint32 place = 0;
-    for (TTStreamInstance& instance : instances) {
-        const auto found = m_records.find(instanceKey(instance));
-        if (found != m_records.end()) {
-            found->second.push_back(&instance);
-            m_byPlace.emplace(place, &instance);
-        }
-        ++place;
+    InstanceIndex number;
+    for (auto& instance : instances) {
+        if (repeated.count(instanceKey(instance)) > 0)
+            visit(instance, number);
+        ++number;
     }
 }
 
-bool DuplicateInstances::contains(quint32 place) const
+std::unordered_map<quint32, InstanceIndex>
+firstRecordsOfRepeatedKeys(const std::list<TTStreamInstance>& instances)
 {
-    return !m_byPlace.empty() && m_byPlace.find(place) != m_byPlace.end();
+    std::unordered_map<quint32, InstanceIndex> firstOfKey;
+    std::unordered_map<quint32, InstanceIndex> firstOfNumber;
+    forEachRepeated(instances, [&](const TTStreamInstance& instance, InstanceIndex number) {
+        const auto first = firstOfKey.emplace(instanceKey(instance), number).first;
+        firstOfNumber.emplace(number.value(), first->second);
+    });
+    return firstOfNumber;
 }
 
-void DuplicateInstances::overwriteOthers(quint32 place) const
+DuplicateInstances::DuplicateInstances(std::list<TTStreamInstance>& instances)
 {
-    const TTStreamInstance* revised = m_byPlace.at(place);
+    forEachRepeated(instances, [this](TTStreamInstance& instance, InstanceIndex number) {
+        m_records[instanceKey(instance)].push_back(&instance);
+        m_byNumber.emplace(number.value(), &instance);
+    });
+}
+
+bool DuplicateInstances::contains(InstanceIndex index) const
+{
+    return !m_byNumber.empty() && m_byNumber.count(index.value()) > 0;
+}
+
+void DuplicateInstances::overwriteOthers(InstanceIndex index) const
+{
+    const TTStreamInstance* revised = m_byNumber.at(index.value());
     for (TTStreamInstance* record : m_records.at(instanceKey(*revised))) {
         if (record != revised)
             *record = *revised;

@@ -1,16 +1,18 @@
 #pragma once
 
+#include "planner/BoardIndex.h"
 #include "planner/PlanningModel.h"
 
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace planner
 {
 
-/// The keys, made of flowID and seq, that several instances of the list have.
-std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& instances);
+/// For each record that shares its flowID and seq with others, by its number in the list: the first
+/// of them.
+std::unordered_map<quint32, InstanceIndex>
+firstRecordsOfRepeatedKeys(const std::list<TTStreamInstance>& instances);
 
 /// Finds the records of the master list that share their flowID and seq with another one.
 ///
@@ -19,18 +21,18 @@ std::unordered_set<quint32> keysThatRepeat(const std::list<TTStreamInstance>& in
 class DuplicateInstances
 {
 public:
+    DuplicateInstances() = default;
     /// Takes up the list, whose records must stay where they are.
-    void rebuild(std::list<TTStreamInstance>& instances);
+    explicit DuplicateInstances(std::list<TTStreamInstance>& instances);
 
-    /// Whether the record at this place of the list, from 0, is one of several.
-    bool contains(quint32 place) const;
+    bool contains(InstanceIndex index) const;
 
-    /// Makes all other records with its flowID and seq copies of the one at this place.
-    void overwriteOthers(quint32 place) const;
+    /// Makes all other records with its flowID and seq copies of this one.
+    void overwriteOthers(InstanceIndex index) const;
 
 private:
     std::unordered_map<quint32, std::vector<TTStreamInstance*>> m_records; ///< by flowID and seq
-    std::unordered_map<quint32, TTStreamInstance*> m_byPlace; ///< the same records by place
+    std::unordered_map<quint32, TTStreamInstance*> m_byNumber; ///< the same records by number
 };
 
 } // namespace planner

@@ -288,6 +288,11 @@ qint32 readFlows(PlanningContext& context, const XMLElement* flows)
     return code::ok;
 }
 
+VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& text)
+{
+    return parseDatapath(TopologyIndex(context), text);
+}
+
 VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text)
 {
     const QStringList names = text.split(QLatin1Char(','));

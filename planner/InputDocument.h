@@ -35,6 +35,9 @@ qint32 readFlows(PlanningContext& context, const tinyxml2::XMLElement* flows);
 /// Resolves a list of node names, talker first, listener last, to a path with its ports.
 ///
 /// Throws DocumentError for fewer than three names. Neighbours without a link keep port 0.
+VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& text);
+
+/// The same, for many paths of one topology.
 VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text);
 
 /// The text without its double quote characters.

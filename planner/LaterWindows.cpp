@@ -11,22 +11,22 @@ namespace planner
 /// Start of a window that is not there any more.
 static constexpr qint64 never = std::numeric_limits<qint64>::max();
 
-void LaterWindows::add(size_t rank, const SlotWindow& window)
+void LaterWindows::add(Turn turn, const SlotWindow& window)
 {
     std::vector<Later>& windows = window.end < window.start ? m_inverted : m_proper;
-    windows.push_back({window, rank, m_proper.size() + m_inverted.size()});
+    windows.push_back({window, turn, m_proper.size() + m_inverted.size()});
 }
 
-const std::vector<SlotWindow>& LaterWindows::find(size_t rank, const SlotWindow& window)
+const std::vector<SlotWindow>& LaterWindows::find(Turn turn, const SlotWindow& window)
 {
     m_hits.clear();
     m_found.clear();
     if (window.start < window.end) {
         prepareSearch();
-        forgetUpTo(rank);
+        forgetUpTo(turn);
         findReaching(window);
     }
-    findInverted(rank, window);
+    findInverted(turn, window);
     std::sort(m_hits.begin(), m_hits.end(),
               [](const Later& a, const Later& b) { return a.order < b.order; });
     for (const Later& hit : m_hits)
@@ -59,9 +59,9 @@ void LaterWindows::prepareSearch()
         m_earliest[knot] = std::min(m_earliest[2 * knot], m_earliest[2 * knot + 1]);
 }
 
-void LaterWindows::forgetUpTo(size_t rank)
+void LaterWindows::forgetUpTo(Turn turn)
 {
-    while (m_forgotten < m_proper.size() && m_proper[m_forgotten].rank <= rank)
+    while (m_forgotten < m_proper.size() && !(turn < m_proper[m_forgotten].turn))
         forget(m_leafOf[m_forgotten++]);
 }
 
@@ -95,7 +95,7 @@ void LaterWindows::collect(size_t knot, size_t low, size_t high)
 }
 
 // These reach nothing, and count only where they begin with the window.
-void LaterWindows::findInverted(size_t rank, const SlotWindow& window)
+void LaterWindows::findInverted(Turn turn, const SlotWindow& window)
 {
     const auto startsEarlier = [](const Later& a, const Later& b) {
         return a.window.start < b.window.start;
@@ -103,10 +103,10 @@ void LaterWindows::findInverted(size_t rank, const SlotWindow& window)
     if (!m_invertedAreSorted)
         std::stable_sort(m_inverted.begin(), m_inverted.end(), startsEarlier);
     m_invertedAreSorted = true;
-    const auto same =
-        std::equal_range(m_inverted.begin(), m_inverted.end(), Later{window, 0, 0}, startsEarlier);
+    const auto same = std::equal_range(m_inverted.begin(), m_inverted.end(),
+                                       Later{window, Turn(), 0}, startsEarlier);
     std::copy_if(same.first, same.second, std::back_inserter(m_hits), [&](const Later& later) {
-        return later.rank > rank && later.window.end < window.end;
+        return turn < later.turn && later.window.end < window.end;
     });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/Index.h"
+#include "planner/SlotWindow.h"
 
 #include <vector>
 
@@ -15,29 +16,29 @@ namespace planner
 class LaterWindows
 {
 public:
-    /// Adds a window of the instance at this rank on the port; ranks must not fall.
-    void add(size_t rank, const SlotWindow& window);
+    /// Adds a window of the instance whose turn this is; turns must not fall.
+    void add(Turn turn, const SlotWindow& window);
 
-    /// The windows that the instance of this rank yields to, of instances behind it, in the order
+    /// The windows that the instance of this turn yields to, of instances behind it, in the order
     /// of adding.
     ///
-    /// Ranks must not fall from call to call, and nothing may be added after the first call. What
+    /// Turns must not fall from call to call, and nothing may be added after the first call. What
     /// is returned lives until the next call.
-    const std::vector<SlotWindow>& find(size_t rank, const SlotWindow& window);
+    const std::vector<SlotWindow>& find(Turn turn, const SlotWindow& window);
 
 private:
     struct Later {
         SlotWindow window;
-        size_t rank = 0;
+        Turn turn;
         size_t order = 0; ///< of adding
     };
 
     void prepareSearch();
-    void forgetUpTo(size_t rank);
+    void forgetUpTo(Turn turn);
     void forget(size_t leaf);
     void findReaching(const SlotWindow& window);
     void collect(size_t knot, size_t low, size_t high);
-    void findInverted(size_t rank, const SlotWindow& window);
+    void findInverted(Turn turn, const SlotWindow& window);
     size_t firstLeafEndingFrom(qint32 slot) const;
 
     /// What is searched for: leaves first to last - 1 with a window that begins by a slot.

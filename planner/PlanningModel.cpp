@@ -1,5 +1,7 @@
 #include "planner/PlanningModel.h"
 
+#include <algorithm>
+
 namespace planner
 {
 
@@ -13,6 +15,16 @@ void PlanningContext::reset()
     virtualLinks.clear();
     flows.clear();
     TTStreamInstanceList.clear();
+}
+
+quint32 PlanningContext::nodeIdOfName(const QString& name) const
+{
+    const auto isNamed = [&name](const auto& node) { return node.name == name; };
+    const auto host = std::find_if(hosts.begin(), hosts.end(), isNamed);
+    if (host != hosts.end())
+        return host->nodeID;
+    const auto info = std::find_if(switches.begin(), switches.end(), isNamed);
+    return info != switches.end() ? info->nodeID : unknownNode;
 }
 
 } // namespace planner

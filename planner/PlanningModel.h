@@ -1,10 +1,13 @@
 #pragma once
 
+#include "planner/PairKey.h"
+#include "planner/SlotWindow.h"
+
 #include <QString>
 
 #include <array>
 #include <list>
-#include <vector>
+#include <memory>
 
 // Records of the planning engine. Lists own their elements by value, are appended to at the back
 // and keep document order; copying a record copies everything below it.
@@ -17,7 +20,7 @@ namespace planner
 /// Length of one slot in microseconds; the same for every network.
 constexpr qint32 slotLength_us = 200;
 
-/// What TopologyIndex::nodeIdOfName() returns for a name that no node has.
+/// What nodeIdOfName() returns for a name that no node has.
 constexpr quint32 unknownNode = 0xFFFFFFFFU;
 
 /// Return codes of the two stages.
@@ -28,19 +31,6 @@ constexpr qint32 unreadable = -1;    ///< a document does not parse or lacks wha
 constexpr qint32 folderMissing = -2; ///< the folder of the document does not exist
 constexpr qint32 refused = -3;       ///< an unreasonable window, or a resolution that failed
 } // namespace code
-
-/// A pair of window bounds, both included: slots, or microseconds straight after parsing.
-///
-/// The end is held first although every text form writes the start first.
-struct SlotWindow {
-    qint32 end = 0;
-    qint32 start = 0;
-};
-
-inline bool operator==(const SlotWindow& a, const SlotWindow& b)
-{
-    return a.end == b.end && a.start == b.start;
-}
 
 /// A switch on a path, with the window in which it may send there.
 struct BridgeHop {
@@ -119,6 +109,12 @@ struct TTStreamInstance {
     quint16 seq = 0;                  ///< number in the flow from 0; wraps at 65536
 };
 
+/// What tells instances apart, made of flowID and seq; two records may share it.
+inline quint32 instanceKey(const TTStreamInstance& instance)
+{
+    return pairKey(instance.flowID, instance.seq);
+}
+
 /// State of the first stage: the input document and what is derived from it.
 struct PlanningContext {
     quint16 switchBufferNum =
@@ -133,25 +129,22 @@ struct PlanningContext {
 
     /// Returns to the empty state in which a run begins.
     void reset();
+
+    /// Number of the first node, hosts before switches, with exactly this name, or unknownNode.
+    quint32 nodeIdOfName(const QString& name) const;
 };
 
-/// Where an instance of the master list meets a sending port, in the numbers of the WindowBoard.
+/// An instance as the ports know it: a copy of its own, complete with all its paths.
 ///
-/// Of several paths the first one that passes the port counts, and on it the talker before the
-/// switches.
-struct PortInstance {
-    quint32 instance = 0; ///< place in the master list, from 0
-    quint32 way = 0;      ///< number of the path among all paths of the list
-    quint32 stop = 0;     ///< number of the sender: all talkers, switches and listeners count
-    bool isBridge = false;
-    bool meetsOnce = true; ///< whether no other sender of the instance uses the port
-};
+/// Ports share one copy as long as none of them changes it, and who changes it puts another one in
+/// its place.
+using InstanceCopy = std::shared_ptr<const TTStreamInstance>;
 
 /// One sending port with the instances that send on it.
 struct NodeOutport {
     quint16 outport = 0;
-    std::vector<PortInstance> instances; ///< in order of first use
-    quint32 degree = 0;                  ///< conflict degree, valid after a degree pass
+    std::list<InstanceCopy> instances; ///< in order of first use
+    quint32 degree = 0;                ///< conflict degree, valid after a degree pass
 };
 
 /// One sending node with its ports in order of first use.
@@ -159,19 +152,5 @@ struct Node {
     quint16 nodeID = 0;
     std::list<NodeOutport> outports;
 };
-
-/// The three operations on slot numbers; results beyond 32 bits wrap.
-inline qint32 addSlots(qint32 a, qint32 b)
-{
-    return static_cast<qint32>(static_cast<quint32>(a) + static_cast<quint32>(b));
-}
-inline qint32 subtractSlots(qint32 a, qint32 b)
-{
-    return static_cast<qint32>(static_cast<quint32>(a) - static_cast<quint32>(b));
-}
-inline qint32 multiplySlots(qint32 a, qint32 b)
-{
-    return static_cast<qint32>(static_cast<quint32>(a) * static_cast<quint32>(b));
-}
 
 } // namespace planner

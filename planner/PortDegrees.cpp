@@ -2,69 +2,66 @@
 
 #include "planner/WindowOverlap.h"
 
-#include <algorithm>
-
 namespace planner
 {
 
-void PortDegrees::rebuild(const PortIndex& index)
+PortDegrees::PortDegrees(quint32 ports)
+    : m_degrees(ports),
+      m_isTouched(ports),
+      m_winners(2 * size_t(ports))
 {
-    const auto count = static_cast<quint32>(index.ports().size());
-    m_isTouched.assign(count, false);
-    m_touched.clear();
-    m_winners.assign(2 * index.ports().size(), 0);
-    for (quint32 place = 0; place < count; ++place)
-        m_winners[count + place] = place;
-    for (quint32 match = count; match-- > 1;)
-        playMatch(index, match);
-    for (quint32 place = 0; place < count; ++place)
-        touch(place);
+    for (PortIndex port; port.value() < ports; ++port) {
+        m_winners[ports + port.value()] = port;
+        touch(port);
+    }
+    for (std::size_t match = ports; match-- > 1;)
+        playMatch(match);
 }
 
-void PortDegrees::touch(quint32 place)
+void PortDegrees::touch(PortIndex port)
 {
-    if (m_isTouched[place])
+    if (m_isTouched[port.value()])
         return;
-    m_isTouched[place] = true;
-    m_touched.push_back(place);
+    m_isTouched[port.value()] = true;
+    m_touched.push_back(port);
 }
 
-WorstPort PortDegrees::measure(const PortIndex& index, const WindowBoard& board)
+WorstPort PortDegrees::measure(const PortGroups& groups)
 {
-    for (const quint32 place : m_touched) {
-        NodeOutport& port = *index.ports()[place].outport;
-        std::vector<SlotWindow> windows = collectPortWindows(port, board);
-        port.degree = 2 * countWindowOverlaps(windows);
-        m_isTouched[place] = false;
-        playMatchesOf(index, place);
+    std::vector<SlotWindow> windows;
+    for (const PortIndex port : m_touched) {
+        windows.clear();
+        for (const PortEntry& entry : groups.ports[port.value()].entries)
+            windows.push_back(groups.board.hop(entry.hop).window);
+        m_degrees[port.value()] = 2 * countWindowOverlaps(windows);
+        m_isTouched[port.value()] = false;
+        playMatchesOf(port);
     }
     m_touched.clear();
-    if (index.ports().empty())
+    if (m_degrees.empty())
         return {};
-    const PortIndex::Port& worst = index.ports()[m_winners[1]];
-    if (worst.outport->degree == 0)
+    const PortIndex worst = m_winners[1];
+    if (degreeOf(worst) == 0)
         return {};
-    return {worst.outport->degree, worst.nodeID, worst.outport->outport};
+    const PortGroup& port = groups.ports[worst.value()];
+    return {degreeOf(worst), port.nodeID, port.outport};
 }
 
 // The port with the higher degree wins, the earlier one a draw.
-void PortDegrees::playMatch(const PortIndex& index, std::size_t match)
+void PortDegrees::playMatch(std::size_t match)
 {
-    const quint32 one = m_winners[2 * match];
-    const quint32 other = m_winners[2 * match + 1];
-    const quint32 oneDegree = index.ports()[one].outport->degree;
-    const quint32 otherDegree = index.ports()[other].outport->degree;
-    if (oneDegree != otherDegree)
-        m_winners[match] = oneDegree > otherDegree ? one : other;
+    const PortIndex one = m_winners[2 * match];
+    const PortIndex other = m_winners[2 * match + 1];
+    if (degreeOf(one) != degreeOf(other))
+        m_winners[match] = degreeOf(one) > degreeOf(other) ? one : other;
     else
-        m_winners[match] = std::min(one, other);
+        m_winners[match] = one < other ? one : other;
 }
 
-void PortDegrees::playMatchesOf(const PortIndex& index, quint32 place)
+void PortDegrees::playMatchesOf(PortIndex port)
 {
-    const auto count = static_cast<quint32>(index.ports().size());
-    for (std::size_t match = (count + place) / 2; match > 0; match /= 2)
-        playMatch(index, match);
+    for (std::size_t match = (std::size_t(count()) + port.value()) / 2; match > 0; match /= 2)
+        playMatch(match);
 }
 
 } // namespace planner

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/WindowBoard.h"
+#include "planner/PortGroups.h"
 
 namespace planner
 {
@@ -20,24 +20,30 @@ struct WorstPort {
 class PortDegrees
 {
 public:
-    /// Takes up all ports, all of them touched.
-    void rebuild(const PortIndex& index);
+    PortDegrees() = default;
+    /// Takes up ports, all of them touched.
+    explicit PortDegrees(quint32 ports);
 
-    /// Notes that a window at the port of this place has changed.
-    void touch(quint32 place);
+    /// Notes that a window at the port has changed.
+    void touch(PortIndex port);
 
     /// Measures the degrees of all touched ports and returns the worst port of all.
-    WorstPort measure(const PortIndex& index, const WindowBoard& board);
+    WorstPort measure(const PortGroups& groups);
+
+    /// As last measured, 0 before.
+    quint32 degreeOf(PortIndex port) const { return m_degrees[port.value()]; }
 
 private:
-    void playMatch(const PortIndex& index, std::size_t match);
-    void playMatchesOf(const PortIndex& index, quint32 place);
+    quint32 count() const { return static_cast<quint32>(m_degrees.size()); }
+    void playMatch(std::size_t match);
+    void playMatchesOf(PortIndex port);
 
-    std::vector<bool> m_isTouched;  ///< by place
-    std::vector<quint32> m_touched; ///< places
-    /// Places: the winners of the matches from 1 on, match i between the winners of 2i and 2i + 1,
-    /// then every place for itself.
-    std::vector<quint32> m_winners;
+    std::vector<quint32> m_degrees;
+    std::vector<bool> m_isTouched;
+    std::vector<PortIndex> m_touched;
+    /// The winners of the matches from 1 on, match i between the winners of 2i and 2i + 1, then
+    /// every port for itself.
+    std::vector<PortIndex> m_winners;
 };
 
 } // namespace planner

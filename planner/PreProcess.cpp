@@ -159,13 +159,20 @@ quint64 countInstances(const PlanningContext& context)
 
 qint32 preProcess(PlanningContext& context)
 {
+    return preProcess(context, {});
+}
+
+qint32 preProcess(PlanningContext& context, const StageListener& listener)
+{
     context.reset();
     const qint32 readResult = readInputDocument(context);
+    tell(listener, StagePart::ReadInput);
     if (readResult < 0)
         return readResult;
     context.clusterCycle = computeClusterCycle(context);
     qCDebug(planningLog) << "clusterCycle:" << context.clusterCycle;
     const qint32 windowResult = checkTimeWindows(context);
+    tell(listener, StagePart::Windows);
     if (windowResult != code::ok)
         return windowResult;
     if (countInstances(context) > maxInstances) {
@@ -175,8 +182,11 @@ qint32 preProcess(PlanningContext& context)
         return code::unreadable;
     }
     expandInstances(context);
+    tell(listener, StagePart::Expand);
     printTTStreamInstanceList(context.TTStreamInstanceList);
+    tell(listener, StagePart::LogInstances);
     writeHsDocument(context);
+    tell(listener, StagePart::WriteWindows);
     return code::ok;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "planner/PlanningModel.h"
+#include "planner/StageListener.h"
 
 #include <vector>
 
@@ -20,6 +21,9 @@ constexpr quint64 maxInstances = quint64(1) << 21;
 /// code::folderMissing, code::refused for an unreasonable time window, or code::unreadable for a
 /// document that readInputDocument() cannot read or whose cycle would hold more than maxInstances.
 qint32 preProcess(PlanningContext& context);
+
+/// The same, with the ends of its parts told to a listener.
+qint32 preProcess(PlanningContext& context, const StageListener& listener);
 
 /// Least common multiple of all flow periods in microseconds, truncated to 32 bits; 0 without
 /// flows.

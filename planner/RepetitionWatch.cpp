@@ -9,46 +9,47 @@ static quint64 mixed(quint64 digest, quint64 value)
     return digest ^ (digest >> 29);
 }
 
-RepetitionWatch::RepetitionWatch(const WindowBoard& board) : m_board(board)
+static quint64 digestOf(const WindowBoard& board, InstanceIndex instance)
 {
-    m_digests.reserve(board.instanceCount());
-    for (quint32 instance = 0; instance < board.instanceCount(); ++instance) {
-        m_digests.push_back(digestOf(instance));
-        m_digest += m_digests.back();
-    }
-}
-
-quint64 RepetitionWatch::digestOf(quint32 instance) const
-{
-    quint64 digest = quint64(instance) + 1;
-    const quint32 end = m_board.firstStop(instance + 1);
-    for (quint32 number = m_board.firstStop(instance); number != end; ++number) {
-        const Stop& stop = m_board.stop(number);
-        digest = mixed(digest, quint64(static_cast<quint32>(stop.window.start)) << 32 |
-                                   static_cast<quint32>(stop.window.end));
-        digest = mixed(digest, stop.slot);
+    quint64 digest = quint64(instance.value()) + 1;
+    const HopIndex end = board.firstHop(instance.plus(1));
+    for (HopIndex index = board.firstHop(instance); index != end; ++index) {
+        const Hop& hop = board.hop(index);
+        digest = mixed(digest, quint64(static_cast<quint32>(hop.window.start)) << 32 |
+                                   static_cast<quint32>(hop.window.end));
+        digest = mixed(digest, hop.slot);
     }
     return digest;
 }
 
-void RepetitionWatch::beforePass()
+RepetitionWatch::RepetitionWatch(const WindowBoard& board)
+{
+    m_digests.reserve(board.instanceCount());
+    for (InstanceIndex instance; instance.value() < board.instanceCount(); ++instance) {
+        m_digests.push_back(digestOf(board, instance));
+        m_digest += m_digests.back();
+    }
+}
+
+void RepetitionWatch::beforePass(const WindowBoard& board)
 {
     ++m_pass;
     const bool isPowerOfTwo = (m_pass & (m_pass - 1)) == 0;
     if (!isPowerOfTwo)
         return;
-    m_kept = m_board.stops();
+    m_kept = board.hops();
     m_keptDigest = m_digest;
 }
 
-bool RepetitionWatch::isBack(const std::vector<quint32>& revised)
+bool RepetitionWatch::isBack(const WindowBoard& board, const std::vector<InstanceIndex>& revised)
 {
-    for (const quint32 instance : revised) {
-        m_digest -= m_digests[instance];
-        m_digests[instance] = digestOf(instance);
-        m_digest += m_digests[instance];
+    for (const InstanceIndex instance : revised) {
+        quint64& digest = m_digests[instance.value()];
+        m_digest -= digest;
+        digest = digestOf(board, instance);
+        m_digest += digest;
     }
-    return m_digest == m_keptDigest && m_board.stops() == m_kept;
+    return m_digest == m_keptDigest && board.hops() == m_kept;
 }
 
 } // namespace planner

@@ -17,28 +17,24 @@ namespace planner
 class RepetitionWatch
 {
 public:
-    /// The board is not owned and must outlive the watch.
     explicit RepetitionWatch(const WindowBoard& board);
 
     /// Call before each pass.
-    void beforePass();
+    void beforePass(const WindowBoard& board);
 
     /// Call after each pass that resolved a port, with the instances that it revised: whether the
     /// state is the one that was kept.
-    bool isBack(const std::vector<quint32>& revised);
+    bool isBack(const WindowBoard& board, const std::vector<InstanceIndex>& revised);
 
     /// Number of passes begun.
     quint64 passes() const { return m_pass; }
 
 private:
-    quint64 digestOf(quint32 instance) const;
-
-    const WindowBoard& m_board;
     std::vector<quint64> m_digests; ///< by instance
     quint64 m_digest = 0;           ///< their sum
     quint64 m_pass = 0;
     quint64 m_keptDigest = 0;
-    std::vector<Stop> m_kept;
+    std::vector<Hop> m_kept;
 };
 
 } // namespace planner

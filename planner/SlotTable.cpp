@@ -1,6 +1,6 @@
 #include "planner/SlotTable.h"
 
-#include "planner/PlanningModel.h"
+#include "planner/SlotWindow.h"
 
 #include <iterator>
 

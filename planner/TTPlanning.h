@@ -1,5 +1,7 @@
 #pragma once
 
+#include "planner/OutputDocument.h"
+#include "planner/StageListener.h"
 #include "planner/TTPlanner.h"
 
 // Second stage: from the intermediate document to the output document.
@@ -13,12 +15,16 @@ namespace planner
 /// conflict could not be resolved; no document is written then.
 qint32 TTPlanning(TTPlanner& planner);
 
+/// The same, with the ends of its parts told to a listener.
+qint32 TTPlanning(TTPlanner& planner, const StageListener& listener);
+
+/// Groups the master list by port and runs degree passes until no port has a conflict.
+///
+/// Reads no document and writes none. Returns code::ok, or code::refused when a resolution failed
+/// or would not end; the lists are then as the last successful pass has left them.
+qint32 resolveConflicts(TTPlanner& planner, const StageListener& listener = {});
+
 /// Takes every slot from the start of its window.
 void finalizeSlots(TTPlanner& planner);
-
-/// Writes the slots of all instances, the paths of an instance merged into one tree.
-///
-/// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
-void writeOutputDocument(const TTPlanner& planner);
 
 } // namespace planner

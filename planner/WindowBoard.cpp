@@ -3,55 +3,43 @@
 namespace planner
 {
 
-void WindowBoard::rebuild(const std::list<TTStreamInstance>& instances, const PortIndex& ports)
+void WindowBoard::giveBack(InstanceIndex index, TTStreamInstance& instance) const
 {
-    *this = WindowBoard();
-    for (const TTStreamInstance& instance : instances) {
-        for (const VirtualLinkPath& path : instance.paths) {
-            m_ways.push_back(
-                {static_cast<quint32>(m_stops.size()), static_cast<quint32>(path.bridges.size())});
-            m_stops.push_back({path.schedtxwin, path.txslotID,
-                               ports.placeOf(path.talkerNodeID, path.talkerOutport)});
-            for (const BridgeHop& hop : path.bridges)
-                m_stops.push_back(
-                    {hop.schedtxwin, hop.txslotID, ports.placeOf(hop.nodeID, hop.outport)});
-            m_stops.push_back({path.schedrxwin, 0, Stop::noPort});
+    auto hop = m_hops.begin() + firstHop(index).value();
+    for (VirtualLinkPath& path : instance.paths) {
+        path.schedtxwin = hop->window;
+        path.txslotID = hop->slot;
+        ++hop;
+        for (BridgeHop& bridge : path.bridges) {
+            bridge.schedtxwin = hop->window;
+            bridge.txslotID = hop->slot;
+            ++hop;
         }
-        m_firstWays.push_back(static_cast<quint32>(m_ways.size()));
+        path.schedrxwin = hop->window;
+        ++hop;
     }
 }
 
-void WindowBoard::giveBack(std::list<TTStreamInstance>& instances) const
+void WindowBoard::renumberPorts(const std::vector<PortIndex>& numbers)
 {
-    auto stop = m_stops.begin();
-    for (TTStreamInstance& instance : instances) {
-        for (VirtualLinkPath& path : instance.paths) {
-            path.schedtxwin = stop->window;
-            path.txslotID = stop->slot;
-            ++stop;
-            for (BridgeHop& hop : path.bridges) {
-                hop.schedtxwin = stop->window;
-                hop.txslotID = stop->slot;
-                ++stop;
-            }
-            path.schedrxwin = stop->window;
-            ++stop;
-        }
+    for (Hop& hop : m_hops) {
+        if (hop.port != noPort)
+            hop.port = numbers[hop.port.value()];
     }
 }
 
-quint32 WindowBoard::firstStop(quint32 instance) const
+HopIndex WindowBoard::firstHop(InstanceIndex instance) const
 {
-    const quint32 way = m_firstWays[instance];
-    return way < m_ways.size() ? m_ways[way].talker : static_cast<quint32>(m_stops.size());
+    const PathIndex path = firstPath(instance);
+    return path.value() < m_paths.size() ? this->path(path).talker : HopIndex::behind(m_hops);
 }
 
-quint32 WindowBoard::findHop(const Way& way, quint32 port) const
+HopIndex WindowBoard::findSwitch(const BoardPath& path, PortIndex port) const
 {
-    quint32 number = way.firstHop();
-    while (number != way.listener() && m_stops[number].port != port)
-        ++number;
-    return number;
+    HopIndex index = path.firstSwitch();
+    while (index != path.listener() && hop(index).port != port)
+        ++index;
+    return index;
 }
 
 } // namespace planner

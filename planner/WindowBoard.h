@@ -1,71 +1,85 @@
 #pragma once
 
-#include "planner/PortIndex.h"
+#include "planner/BoardIndex.h"
+#include "planner/PlanningModel.h"
 
-#include <limits>
 #include <vector>
 
 namespace planner
 {
 
-/// A place on the way of an instance where it sends, or at the end of the way receives.
-struct Stop {
-    /// Port of a listener, which has none to send on.
-    static constexpr quint32 noPort = std::numeric_limits<quint32>::max();
-
+/// A talker or a switch where it sends, or a listener.
+struct Hop {
     SlotWindow window;
-    quint32 slot = 0;      ///< that was given by the last resolution of the port
-    quint32 port = noPort; ///< place of the sending port in the PortIndex
+    quint32 slot = 0; ///< that was given by the last resolution of the port
+    PortIndex port = noPort;
 };
 
-inline bool operator==(const Stop& a, const Stop& b)
+inline bool operator==(const Hop& a, const Hop& b)
 {
     return a.window == b.window && a.slot == b.slot && a.port == b.port;
 }
 
-/// One path of an instance as a range of stops: the talker, the switches, the listener.
-struct Way {
-    quint32 talker = 0; ///< number of the stop
-    quint32 hops = 0;   ///< count of switches
+/// One path as a range of hops: the talker, the switches, the listener.
+struct BoardPath {
+    HopIndex talker;
+    quint32 switches = 0; ///< their count
 
-    quint32 firstHop() const { return talker + 1; }
-    quint32 listener() const { return talker + 1 + hops; }
+    HopIndex firstSwitch() const { return talker.plus(1); }
+    HopIndex listener() const { return talker.plus(1 + switches); }
 };
 
-/// The windows of all instances, side by side, while conflicts are being resolved.
+/// The windows of many instances, side by side.
 ///
-/// A pass reads and narrows the windows of many instances all over the master list; here those of
-/// one instance share a cache line or two. Instances, ways and stops are numbered in the order of
-/// the list.
+/// A pass reads and narrows windows all over the records; here those of one instance share a cache
+/// line or two.
 class WindowBoard
 {
 public:
-    /// Takes the windows from the list, whose instances the ports group.
-    void rebuild(const std::list<TTStreamInstance>& instances, const PortIndex& ports);
+    /// Appends an instance; portOf(nodeID, outport) numbers the ports of its senders.
+    template <typename PortOf>
+    void add(const TTStreamInstance& instance, const PortOf& portOf);
 
-    /// Writes windows and slots back to the list from which they were taken.
-    void giveBack(std::list<TTStreamInstance>& instances) const;
+    /// Writes windows and slots back to the record from which they were taken.
+    void giveBack(InstanceIndex index, TTStreamInstance& instance) const;
 
-    quint32 instanceCount() const { return static_cast<quint32>(m_firstWays.size()) - 1; }
+    /// Gives every port the number that stands under its present one.
+    void renumberPorts(const std::vector<PortIndex>& numbers);
 
-    Stop& stop(quint32 number) { return m_stops[number]; }
-    const Stop& stop(quint32 number) const { return m_stops[number]; }
-    const std::vector<Stop>& stops() const { return m_stops; }
+    quint32 instanceCount() const { return static_cast<quint32>(m_firstPaths.size()) - 1; }
 
-    /// The ways of an instance: from firstWay() of it to that of the next one.
-    quint32 firstWay(quint32 instance) const { return m_firstWays[instance]; }
-    const Way& way(quint32 number) const { return m_ways[number]; }
+    Hop& hop(HopIndex index) { return m_hops[index.value()]; }
+    const Hop& hop(HopIndex index) const { return m_hops[index.value()]; }
+    const std::vector<Hop>& hops() const { return m_hops; }
 
-    /// The stops of all ways of an instance lie between firstStop() of it and of the next one.
-    quint32 firstStop(quint32 instance) const;
+    /// The paths of an instance: from firstPath() of it to that of the next one.
+    PathIndex firstPath(InstanceIndex instance) const { return m_firstPaths[instance.value()]; }
+    const BoardPath& path(PathIndex index) const { return m_paths[index.value()]; }
 
-    /// The first switch of the way that sends on the port, or the way's listener.
-    quint32 findHop(const Way& way, quint32 port) const;
+    /// The hops of an instance: from firstHop() of it to that of the next one.
+    HopIndex firstHop(InstanceIndex instance) const;
+
+    /// The first switch of the path that sends on the port, or the path's listener.
+    HopIndex findSwitch(const BoardPath& path, PortIndex port) const;
 
 private:
-    std::vector<Stop> m_stops;
-    std::vector<Way> m_ways;
-    std::vector<quint32> m_firstWays{0}; ///< by instance, and one more at the end
+    std::vector<Hop> m_hops;
+    std::vector<BoardPath> m_paths;
+    std::vector<PathIndex> m_firstPaths{PathIndex()}; ///< by instance, and one more at the end
 };
+
+template <typename PortOf>
+void WindowBoard::add(const TTStreamInstance& instance, const PortOf& portOf)
+{
+    for (const VirtualLinkPath& path : instance.paths) {
+        m_paths.push_back({HopIndex::behind(m_hops), static_cast<quint32>(path.bridges.size())});
+        m_hops.push_back(
+            {path.schedtxwin, path.txslotID, portOf(path.talkerNodeID, path.talkerOutport)});
+        for (const BridgeHop& hop : path.bridges)
+            m_hops.push_back({hop.schedtxwin, hop.txslotID, portOf(hop.nodeID, hop.outport)});
+        m_hops.push_back({path.schedrxwin, 0, noPort});
+    }
+    m_firstPaths.push_back(PathIndex::behind(m_paths));
+}
 
 } // namespace planner

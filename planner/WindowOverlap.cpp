@@ -5,15 +5,6 @@
 namespace planner
 {
 
-std::vector<SlotWindow> collectPortWindows(const NodeOutport& port, const WindowBoard& board)
-{
-    std::vector<SlotWindow> windows;
-    windows.reserve(port.instances.size());
-    for (const PortInstance& entry : port.instances)
-        windows.push_back(board.stop(entry.stop).window);
-    return windows;
-}
-
 quint32 countWindowOverlaps(std::vector<SlotWindow>& windows)
 {
     sortWindowsByStart(windows);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PlanningModel.h"
+#include "planner/SlotWindow.h"
 
 #include <vector>
 

@@ -6,7 +6,7 @@
 /// What a child process measured: milliseconds, counts and kilobytes by name.
 using Measurement = QMap<QString, double>;
 
-/// Measures parts of a process one after the other.
+/// Measures the processor time of parts of a process one after the other.
 class Stopwatch
 {
 public:

@@ -8,8 +8,8 @@
 static const QStringList& phases()
 {
     static const QStringList names =
-        QStringLiteral("1.read 1.windows 1.expand 1.log 1.write 2.read 2.group 2.degrees 2.resolve "
-                       "2.revise 2.watch 2.finalise 2.write")
+        QStringLiteral("1.read 1.windows 1.expand 1.log 1.write 1.free 2.read 2.group 2.degrees "
+                       "2.resolve 2.revise 2.watch 2.back 2.finalise 2.write 2.free")
             .split(QLatin1Char(' '));
     return names;
 }
@@ -36,9 +36,9 @@ void printHead()
         "Times in ms, the least of the repetitions; memory in MB. plan: all phases but documents "
         "and log.\n");
     std::printf("%-21s%6s%8s%8s%6s", "case", "flows", "inst", "entries", "pass");
-    std::printf(" |%6s%6s%6s%7s", "read", "wind", "expd", "write");
-    std::printf(" |%7s%6s%6s%6s%6s%6s%6s%7s", "read", "group", "degr", "resv", "revs", "watch",
-                "fin", "write");
+    std::printf(" |%6s%6s%6s%7s%6s", "read", "wind", "expd", "write", "free");
+    std::printf(" |%7s%6s%6s%6s%6s%6s%6s%6s%7s%6s", "read", "group", "degr", "resv", "revs",
+                "watch", "back", "fin", "write", "free");
     std::printf(" |%8s%6s%7s%7s%7s%5s%6s\n", "floor", "t/fl", "plan/fl", "log", "twin x", "MB",
                 "m/fl");
 }
@@ -61,11 +61,12 @@ void printCase(const CaseResult& result)
     };
     std::printf("%-21s%6.0f%8.0f%8.0f%6.0f", qPrintable(result.benchCase.name), value("flows"),
                 value("instances"), value("entries"), value("passes"));
-    std::printf(" |%6.1f%6.1f%6.1f%7.1f", value("1.read"), value("1.windows"), value("1.expand"),
-                value("1.write"));
-    std::printf(" |%7.1f%6.1f%6.1f%6.1f%6.1f%6.1f%6.1f%7.1f", value("2.read"), value("2.group"),
-                value("2.degrees"), value("2.resolve"), value("2.revise"), value("2.watch"),
-                value("2.finalise"), value("2.write"));
+    std::printf(" |%6.1f%6.1f%6.1f%7.1f%6.1f", value("1.read"), value("1.windows"),
+                value("1.expand"), value("1.write"), value("1.free"));
+    std::printf(" |%7.1f%6.1f%6.1f%6.1f%6.1f%6.1f%6.1f%6.1f%7.1f%6.1f", value("2.read"),
+                value("2.group"), value("2.degrees"), value("2.resolve"), value("2.revise"),
+                value("2.watch"), value("2.back"), value("2.finalise"), value("2.write"),
+                value("2.free"));
     const double total = sumOf(engine, phases());
     const double floor = result.floor.value(QStringLiteral("floor"));
     std::printf(" |%8.1f%6.2f%7.3f%7.1f", floor, total / floor, planningOf(engine) / floor,

@@ -1,14 +1,7 @@
 #include "bench/planner/StagePhases.h"
 
-#include "planner/ConflictAnalysis.h"
-#include "planner/ConflictResolution.h"
-#include "planner/DebugDump.h"
-#include "planner/InputDocument.h"
-#include "planner/IntermediateDocument.h"
 #include "planner/PreProcess.h"
-#include "planner/RepetitionWatch.h"
 #include "planner/TTPlanning.h"
-#include "planner/WindowRevision.h"
 
 #include "tests/planner/twin/FirstStage.h"
 #include "tests/planner/twin/SecondStage.h"
@@ -22,86 +15,50 @@ static QString u(const char* text)
     return QString::fromLatin1(text);
 }
 
-// The steps of preProcess().
-static void runFirstStage(Stopwatch& watch)
+static QString nameOf(StagePart part)
 {
-    PlanningContext context;
-    context.reset();
-    watch.skip();
-    watch.values()[u("code1")] = readInputDocument(context);
-    watch.lap(u("1.read"));
-    context.clusterCycle = computeClusterCycle(context);
-    watch.values()[u("code1")] += checkTimeWindows(context);
-    watch.lap(u("1.windows"));
-    expandInstances(context);
-    watch.lap(u("1.expand"));
-    printTTStreamInstanceList(context.TTStreamInstanceList);
-    watch.lap(u("1.log"));
-    writeHsDocument(context);
-    watch.lap(u("1.write"));
-    watch.values()[u("flows")] = double(context.flows.size());
+    static const QStringList names =
+        u("1.read 1.windows 1.expand 1.log 1.write 2.read 2.group 2.degrees 2.resolve 2.revise "
+          "2.watch 2.back 2.finalise 2.write")
+            .split(QLatin1Char(' '));
+    return names.at(static_cast<int>(part));
 }
 
-// The steps of calculateConflictDegree(); false when there is nothing left to resolve.
-static bool runPass(TTPlanner& planner, RepetitionWatch& repetition, Stopwatch& watch)
+static void countFound(const TTPlanner& planner, Measurement& values)
 {
-    repetition.beforePass();
-    watch.lap(u("2.watch"));
-    planner.revised.clear();
-    const WorstPort worst = planner.degrees.measure(planner.ports, planner.board);
-    watch.lap(u("2.degrees"));
-    if (worst.maxDegree == 0)
-        return false;
-    const qint32 code = conflictResolve(planner, worst.nodeID, worst.outport);
-    watch.lap(u("2.resolve"));
-    watch.values()[u("code2")] = code;
-    if (code != code::ok)
-        return false;
-    flowStatusRevise(planner, worst.nodeID, worst.outport);
-    watch.lap(u("2.revise"));
-    repetition.isBack(planner.revised);
-    watch.lap(u("2.watch"));
-    ++watch.values()[u("passes")];
-    return true;
-}
-
-static double countEntries(const TTPlanner& planner)
-{
-    double entries = 0;
-    for (const PortIndex::Port& port : planner.ports.ports())
-        entries += double(port.outport->instances.size());
-    return entries;
-}
-
-// The steps of TTPlanning().
-static void runSecondStage(Stopwatch& watch)
-{
-    TTPlanner planner;
-    watch.skip();
-    watch.values()[u("code2")] = readIntermediateDocument(planner);
-    watch.lap(u("2.read"));
-    groupByPort(planner);
-    watch.lap(u("2.group"));
-    RepetitionWatch repetition(planner.board);
-    watch.lap(u("2.watch"));
-    while (runPass(planner, repetition, watch)) {
+    values[u("instances")] = double(planner.TTStreamInstanceList.size());
+    for (const Node& node : planner.nodeList) {
+        for (const NodeOutport& port : node.outports)
+            values[u("entries")] += double(port.instances.size());
     }
-    giveBackWindows(planner);
-    finalizeSlots(planner);
-    watch.lap(u("2.finalise"));
-    writeOutputDocument(planner);
-    watch.lap(u("2.write"));
-    watch.values()[u("instances")] = double(planner.TTStreamInstanceList.size());
-    watch.values()[u("entries")] = countEntries(planner);
 }
 
 Measurement measureEngine()
 {
     Stopwatch watch;
-    runFirstStage(watch);
-    runSecondStage(watch);
-    watch.values()[u("peak")] = peakMemory_kB();
-    return watch.values();
+    Measurement& values = watch.values();
+    const StageListener lap = [&watch](StagePart part) {
+        watch.lap(nameOf(part));
+        if (part == StagePart::Revise)
+            ++watch.values()[u("passes")];
+    };
+    {
+        PlanningContext context;
+        watch.skip();
+        values[u("code1")] = preProcess(context, lap);
+        values[u("flows")] = double(context.flows.size());
+        watch.skip();
+    }
+    watch.lap(u("1.free"));
+    {
+        TTPlanner planner;
+        values[u("code2")] = TTPlanning(planner, lap);
+        countFound(planner, values);
+        watch.skip();
+    }
+    watch.lap(u("2.free"));
+    values[u("peak")] = peakMemory_kB();
+    return values;
 }
 
 Measurement measureTwin()

@@ -1,7 +1,8 @@
 #include "planner/ConflictAnalysis.h"
+#include "planner/ConflictResolution.h"
 #include "planner/DebugDump.h"
-#include "planner/WindowOverlap.h"
-#include "planner/WindowRevision.h"
+#include "planner/PortDegrees.h"
+#include "planner/TTPlanning.h"
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/LogCapture.h"
@@ -54,7 +55,7 @@ static TTPlanner plannerOf(std::list<TTStreamInstance> instances, quint16 buffer
     planner.hopBufferNum = bufferNum;
     planner.maxRxSlot = 1000;
     planner.TTStreamInstanceList = std::move(instances);
-    groupByPort(planner);
+    group(planner);
     return planner;
 }
 
@@ -71,16 +72,16 @@ static std::list<TTStreamInstance> randomInstances(RandomSource& random)
     return instances;
 }
 
-static WorstPort worstByWalk(const TTPlanner& planner)
+static WorstPort worstByWalk(const PortGroups& groups)
 {
     WorstPort worst;
-    for (const Node& node : planner.nodeList) {
-        for (const NodeOutport& port : node.outports) {
-            std::vector<SlotWindow> windows = collectPortWindows(port, planner.board);
-            const quint32 degree = 2 * countWindowOverlaps(windows);
-            if (worst.maxDegree < degree)
-                worst = {degree, node.nodeID, port.outport};
-        }
+    for (const PortGroup& port : groups.ports) {
+        std::vector<SlotWindow> windows;
+        for (const PortEntry& entry : port.entries)
+            windows.push_back(groups.board.hop(entry.hop).window);
+        const quint32 degree = 2 * countWindowOverlaps(windows);
+        if (worst.maxDegree < degree)
+            worst = {degree, port.nodeID, port.outport};
     }
     return worst;
 }
@@ -166,12 +167,26 @@ private slots:
         QCOMPARE(third.outports.size(), size_t(2));
         QCOMPARE(int(third.outports.front().outport), 3);
         QCOMPARE(third.outports.back().instances.size(), size_t(1));
-        const PortInstance& diverged = third.outports.back().instances.front();
-        QCOMPARE(diverged.instance, 0U);
-        QCOMPARE(diverged.way, 1U);
-        QCOMPARE(diverged.stop, 6U); // talker, two switches and listener, then talker and a switch
+        const InstanceCopy& diverged = third.outports.back().instances.front();
+        QCOMPARE(diverged->flowID, quint16(1));
+        QCOMPARE(diverged->paths.size(), size_t(2));
+    }
+
+    void groupingKnowsWhereEachInstanceMeetsThePort()
+    {
+        const LogCapture log;
+        const SlotWindow wide = window(0, 50);
+        const PortGroups groups =
+            groupByPort({instance(1, {path(1, wide, {hop(11, 2, wide), hop(12, 3, wide)}, wide),
+                                      path(1, wide, {hop(11, 2, wide), hop(12, 4, wide)}, wide)})});
+        QCOMPARE(groups.ports.size(), size_t(4));
+        QVERIFY(!groups.ports[1].entries.front().meetsOnce);
+        const PortEntry& diverged = groups.ports[3].entries.front();
+        QCOMPARE(diverged.instance.value(), 0U);
+        QCOMPARE(diverged.path.value(), 1U);
+        // Talker, two switches and listener, then talker and a switch.
+        QCOMPARE(diverged.hop.value(), 6U);
         QVERIFY(diverged.meetsOnce);
-        QVERIFY(!second.outports.front().instances.front().meetsOnce);
     }
 
     void onlyTheFirstPathThroughThePortGivesItsWindow()
@@ -182,9 +197,9 @@ private slots:
                           path(2, window(0, 9), {hop(12, 1, window(2, 9))}, window(2, 9)),
                           path(3, window(0, 9), {hop(12, 1, window(3, 9))}, window(2, 9))}),
              instance(2, {})});
-        const quint32 place = planner.ports.placeOf(12, 1);
-        const std::vector<SlotWindow> windows =
-            collectPortWindows(*planner.ports.ports()[place].outport, planner.board);
+        const auto node = std::next(planner.nodeList.begin(), 3);
+        QCOMPARE(int(node->nodeID), 12);
+        const std::vector<SlotWindow> windows = collectPortWindows(*node, node->outports.front());
         QCOMPARE(windows.size(), size_t(1));
         QCOMPARE(windows.front(), window(2, 9));
     }
@@ -198,9 +213,8 @@ private slots:
                               {hop(11, 1, wide), hop(12, 1, wide), hop(13, 1, wide)}, wide)});
         fixed.paths.front().txslotID = 10;
         TTPlanner planner = plannerOf({fixed});
-        QCOMPARE(reviseWindows(planner, planner.ports.placeOf(1, 1), 0), 0);
-        giveBackWindows(planner);
-        const VirtualLinkPath& way = planner.TTStreamInstanceList.front().paths.front();
+        QCOMPARE(reviseWindows(planner, 1, 1, fixed), 0);
+        const VirtualLinkPath& way = fixed.paths.front();
         QCOMPARE(way.schedrxwin, window(13, 16));
         QCOMPARE(way.bridges.front().schedtxwin, window(11, 12));
         QCOMPARE(std::next(way.bridges.begin())->schedtxwin, window(12, 14));
@@ -217,15 +231,14 @@ private slots:
              path(1, wide, {hop(11, 1, wide), hop(14, 1, wide)}, wide)});
         std::next(fixed.paths.front().bridges.begin())->txslotID = 20;
         TTPlanner planner = plannerOf({fixed});
-        reviseWindows(planner, planner.ports.placeOf(12, 1), 0);
-        giveBackWindows(planner);
-        const VirtualLinkPath& way = planner.TTStreamInstanceList.front().paths.front();
+        reviseWindows(planner, 12, 1, fixed);
+        const VirtualLinkPath& way = fixed.paths.front();
         QCOMPARE(way.schedtxwin, window(16, 18));
         QCOMPARE(way.bridges.front().schedtxwin, window(18, 19));
         QCOMPARE(std::next(way.bridges.begin())->schedtxwin, window(20, 20));
         QCOMPARE(way.bridges.back().schedtxwin, window(21, 22));
         QCOMPARE(way.schedrxwin, window(21, 22));
-        const VirtualLinkPath& other = planner.TTStreamInstanceList.front().paths.back();
+        const VirtualLinkPath& other = fixed.paths.back();
         QCOMPARE(other.schedtxwin, wide);
         QCOMPARE(other.bridges.front().schedtxwin, wide);
         QCOMPARE(other.schedrxwin, wide);
@@ -238,7 +251,6 @@ private slots:
             {instance(1, {path(1, window(0, 4), {hop(11, 1, window(1, 8))}, window(2, 9))}),
              instance(2, {path(2, window(9, 14), {hop(11, 1, window(10, 18))}, window(11, 19))})});
         QCOMPARE(calculateConflictDegree(planner), 0);
-        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(0, 4));
     }
 
@@ -249,13 +261,12 @@ private slots:
             instance(1, {path(1, window(5, 9), {hop(11, 1, window(6, 30))}, window(7, 40))});
         TTPlanner planner = plannerOf({first, first, instance(2, first.paths)});
         QCOMPARE(calculateConflictDegree(planner), 2);
-        giveBackWindows(planner);
         const std::list<TTStreamInstance>& master = planner.TTStreamInstanceList;
         QCOMPARE(master.front().paths.front().schedtxwin, window(5, 5));
         QCOMPARE(std::next(master.begin())->paths.front().schedtxwin, window(5, 5));
         QCOMPARE(master.back().paths.front().schedtxwin, window(6, 6));
-        const NodeOutport& talkerPort = planner.nodeList.front().outports.front();
-        QCOMPARE(collectPortWindows(talkerPort, planner.board),
+        const Node& talker = planner.nodeList.front();
+        QCOMPARE(collectPortWindows(talker, talker.outports.front()),
                  (std::vector<SlotWindow>{window(5, 5), window(6, 6)}));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise-----")));
         QVERIFY(log.contains(QStringLiteral("flowStatusRevise end-----")));
@@ -266,20 +277,100 @@ private slots:
         const LogCapture log;
         RandomSource random(21);
         for (int round = 0; round < 100; ++round) {
-            TTPlanner planner = plannerOf(randomInstances(random));
+            PortGroups groups = groupByPort(randomInstances(random));
+            PortDegrees degrees(static_cast<quint32>(groups.ports.size()));
             for (int step = 0; step < 20; ++step) {
-                const WorstPort worst = planner.degrees.measure(planner.ports, planner.board);
-                const WorstPort walked = worstByWalk(planner);
+                const WorstPort worst = degrees.measure(groups);
+                const WorstPort walked = worstByWalk(groups);
                 QCOMPARE(worst.maxDegree, walked.maxDegree);
                 QCOMPARE(worst.nodeID, walked.nodeID);
                 QCOMPARE(worst.outport, walked.outport);
-                const int stops = static_cast<int>(planner.board.stops().size());
-                Stop& stop = planner.board.stop(static_cast<quint32>(random.below(stops)));
-                stop.window = window(random.below(9), random.below(12));
-                if (stop.port != Stop::noPort)
-                    planner.degrees.touch(stop.port);
+                const int hops = static_cast<int>(groups.board.hops().size());
+                Hop& changed = groups.board.hop(HopIndex(static_cast<quint32>(random.below(hops))));
+                changed.window = window(random.below(9), random.below(12));
+                if (changed.port != noPort)
+                    degrees.touch(changed.port);
             }
         }
+    }
+
+    void stepsInTheirOrderLeadFromRecordsToSlots()
+    {
+        const LogCapture log;
+        TTPlanner planner;
+        planner.hopBufferNum = 2;
+        planner.maxRxSlot = 40;
+        planner.TTStreamInstanceList = {
+            instance(1, {path(1, window(5, 9), {hop(11, 1, window(6, 30))}, window(7, 40))}),
+            instance(2, {path(1, window(5, 9), {hop(11, 2, window(6, 30))}, window(7, 40))})};
+        const auto talkerWindow = [](const TTStreamInstance& record) {
+            return record.paths.front().schedtxwin;
+        };
+        {
+            const std::list<TTStreamInstance> copy = planner.TTStreamInstanceList;
+            planner.nodeList = convertInstancesToNodes(copy);
+        }
+        std::vector<SlotWindow> windows =
+            collectPortWindows(planner.nodeList.front(), planner.nodeList.front().outports.front());
+        QCOMPARE(countWindowOverlaps(windows), 1U);
+
+        QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
+        QCOMPARE(talkerWindow(*copiesAt(planner, 1, 1).back()), window(6, 6));
+        QCOMPARE(talkerWindow(*copiesAt(planner, 11, 2).back()), window(5, 9));
+        QCOMPARE(talkerWindow(planner.TTStreamInstanceList.back()), window(5, 9));
+
+        flowStatusRevise(planner, 1, 1);
+        QCOMPARE(talkerWindow(planner.TTStreamInstanceList.back()), window(6, 6));
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().bridges.front().schedtxwin,
+                 window(7, 8));
+        QCOMPARE(talkerWindow(*copiesAt(planner, 11, 2).back()), window(5, 9));
+
+        planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
+        QCOMPARE(talkerWindow(*copiesAt(planner, 11, 2).back()), window(6, 6));
+        QCOMPARE(calculateConflictDegree(planner), 0);
+        finalizeSlots(planner);
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().txslotID, 6U);
+    }
+
+    void passWritesTheMasterListAndGroupsItAnew()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerOf(
+            {instance(1, {path(1, window(5, 9), {hop(11, 1, window(6, 30))}, window(7, 40))}),
+             instance(2, {path(1, window(5, 9), {hop(11, 2, window(6, 30))}, window(7, 40))})});
+        QCOMPARE(calculateConflictDegree(planner), 2);
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().schedtxwin, window(6, 6));
+        QCOMPARE(copiesAt(planner, 11, 2).front()->paths.front().schedtxwin, window(6, 6));
+    }
+
+    // A list of colliding instances that nobody has grouped must not pass for one without conflict.
+    void passOverAListThatWasNotGroupedFindsTheConflict()
+    {
+        const LogCapture log;
+        TTPlanner planner = plannerWithPort(false, {window(5, 9), window(5, 9)}, 99);
+        planner.nodeList.clear();
+        QCOMPARE(calculateConflictDegree(planner), 2);
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().schedtxwin, window(6, 6));
+    }
+
+    void wholeLoopLeavesListsThatAgree()
+    {
+        const LogCapture log;
+        const auto talking = [](quint16 id) {
+            return instance(id,
+                            {path(1, window(5, 9), {hop(11, 1, window(6, 30))}, window(7, 40))});
+        };
+        TTPlanner planner = plannerOf({talking(1), talking(2), talking(3)}, 4);
+        QCOMPARE(resolveConflicts(planner), code::ok);
+        QCOMPARE(planner.nodeList.size(), size_t(2));
+        auto record = planner.TTStreamInstanceList.begin();
+        for (const InstanceCopy& copy : copiesAt(planner, 11, 1)) {
+            QCOMPARE(copy->paths.front().bridges.front().schedtxwin,
+                     record->paths.front().bridges.front().schedtxwin);
+            ++record;
+        }
+        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().schedtxwin, window(7, 7));
+        QCOMPARE(planner.nodeList.back().outports.front().degree, 0U);
     }
 
     void failedResolutionLeavesTheMasterListAsItWas()
@@ -293,7 +384,6 @@ private slots:
         QCOMPARE(calculateConflictDegree(planner), code::refused);
         QVERIFY(log.contains(QStringLiteral("Resolve: -3")));
         QVERIFY(!log.contains(QStringLiteral("flowStatusRevise-----")));
-        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 0U);
     }
 

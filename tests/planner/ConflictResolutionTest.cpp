@@ -46,7 +46,7 @@ static TTPlanner grouped(const Make& make)
 {
     const LogCapture log;
     TTPlanner planner = make();
-    groupByPort(planner);
+    group(planner);
     return planner;
 }
 
@@ -56,13 +56,12 @@ static Outcome resolve(bool asSwitch, const Windows& windows, qint32 maxRxSlot =
     const LogCapture log;
     Outcome outcome;
     outcome.code = conflictResolve(planner, 1, 1);
-    giveBackWindows(planner);
     outcome.log = log.lines();
     outcome.exitNumber = exitNumberIn(outcome.log);
     outcome.slotsGiven = slotsIn(outcome.log);
     int place = 0;
-    for (const TTStreamInstance& instance : planner.TTStreamInstanceList) {
-        const VirtualLinkPath& path = instance.paths.front();
+    for (const InstanceCopy& instance : copiesAt(planner, 1, 1)) {
+        const VirtualLinkPath& path = instance->paths.front();
         const SlotWindow& fixed = asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin;
         const qint32 slot = outcome.slotsGiven.value(place++);
         if (outcome.code == code::ok && !(fixed == window(slot, slot)))
@@ -254,14 +253,18 @@ private slots:
         QCOMPARE(outcome.slotsGiven, (Slots{last - 1, last}));
     }
 
-    void failureLeavesEveryWindowAsItWas()
+    void failureLeavesTheMasterListAndOtherPortsAsTheyWere()
     {
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(3, 9), window(5, 5), window(5, 5)}, 99);
         QCOMPARE(conflictResolve(planner, 1, 1), code::refused);
-        giveBackWindows(planner);
         QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(3, 9));
-        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 0U);
+        QCOMPARE(copiesAt(planner, 60, 1).front()->paths.front().schedtxwin, window(3, 9));
+        // The two ahead of the one that found no slot have theirs.
+        const std::list<InstanceCopy>& copies = copiesAt(planner, 1, 1);
+        QCOMPARE(copies.front()->paths.front().schedtxwin, window(3, 3));
+        QCOMPARE((*std::next(copies.begin()))->paths.front().txslotID, 5U);
+        QCOMPARE(copies.back()->paths.front().txslotID, 0U);
     }
 
     void portThatNobodyUsesNeedsNoWork()
@@ -269,10 +272,8 @@ private slots:
         const LogCapture log;
         TTPlanner planner = plannerWithPort(false, {window(1, 2)}, 9);
         QCOMPARE(conflictResolve(planner, 1, 2), code::ok);
-        giveBackWindows(planner);
         QCOMPARE(conflictResolve(planner, 2, 1), code::ok);
-        giveBackWindows(planner);
-        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().schedtxwin, window(1, 2));
+        QCOMPARE(copiesAt(planner, 1, 1).front()->paths.front().schedtxwin, window(1, 2));
     }
 
     void instanceWithoutHopAtThePortIsPassedOver()
@@ -285,9 +286,8 @@ private slots:
         });
         const LogCapture log;
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-        giveBackWindows(planner);
         QCOMPARE(log.lines().size(), 3);
-        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().txslotID, 1U);
+        QCOMPARE(copiesAt(planner, 1, 1).back()->paths.front().txslotID, 1U);
     }
 
     void talkerIsNeverComparedWithASwitch()
@@ -297,11 +297,10 @@ private slots:
         TTPlanner other = plannerWithPort(true, {window(3, 5)}, 99);
         planner.TTStreamInstanceList.push_back(other.TTStreamInstanceList.front());
         planner.TTStreamInstanceList.back().flowID = 2;
-        groupByPort(planner);
+        group(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-        giveBackWindows(planner);
-        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 3U);
-        QCOMPARE(planner.TTStreamInstanceList.back().paths.front().bridges.front().txslotID, 4U);
+        QCOMPARE(copiesAt(planner, 1, 1).front()->paths.front().txslotID, 3U);
+        QCOMPARE(copiesAt(planner, 1, 1).back()->paths.front().bridges.front().txslotID, 4U);
     }
 
     void everyBranchThroughThePortGetsTheSlot()
@@ -313,10 +312,9 @@ private slots:
             paths.push_back(paths.front());
             (asSwitch ? paths.back().bridges.front().schedtxwin : paths.back().schedtxwin) =
                 window(7, 8);
-            groupByPort(planner);
+            group(planner);
             QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-            giveBackWindows(planner);
-            for (const VirtualLinkPath& path : paths) {
+            for (const VirtualLinkPath& path : copiesAt(planner, 1, 1).front()->paths) {
                 QCOMPARE(asSwitch ? path.bridges.front().schedtxwin : path.schedtxwin,
                          window(3, 3));
             }
@@ -329,10 +327,9 @@ private slots:
         TTPlanner planner = plannerWithPort(false, {window(3, 9), window(3, 5)}, 99);
         std::list<VirtualLinkPath>& paths = planner.TTStreamInstanceList.back().paths;
         paths.push_back(paths.front());
-        groupByPort(planner);
+        group(planner);
         QCOMPARE(conflictResolve(planner, 1, 1), code::ok);
-        giveBackWindows(planner);
-        QCOMPARE(planner.TTStreamInstanceList.front().paths.front().txslotID, 5U);
+        QCOMPARE(copiesAt(planner, 1, 1).front()->paths.front().txslotID, 5U);
     }
 };
 

@@ -14,15 +14,15 @@ using namespace planner;
 // The two helpers of the resolution against the walks that they stand for.
 
 /// The windows that a walk over all later instances would yield to.
-static std::vector<SlotWindow> walked(const std::vector<std::pair<size_t, SlotWindow>>& windows,
-                                      size_t rank, const SlotWindow& own)
+static std::vector<SlotWindow> walked(const std::vector<std::pair<Turn, SlotWindow>>& windows,
+                                      Turn turn, const SlotWindow& own)
 {
     std::vector<SlotWindow> found;
-    for (const auto& [laterRank, later] : windows) {
+    for (const auto& [laterTurn, later] : windows) {
         const bool givesWay = later.start == own.start && later.end < own.end;
         const bool stepsAside =
             later.start < own.start && own.start <= later.end && later.end < own.end;
-        if (laterRank > rank && (givesWay || stepsAside))
+        if (turn < laterTurn && (givesWay || stepsAside))
             found.push_back(later);
     }
     return found;
@@ -44,20 +44,20 @@ private slots:
         RandomSource random(11);
         size_t hits = 0;
         for (int round = 0; round < 2000; ++round) {
-            std::vector<std::pair<size_t, SlotWindow>> windows;
+            std::vector<std::pair<Turn, SlotWindow>> windows;
             LaterWindows later;
-            const size_t ranks = static_cast<size_t>(random.between(1, 40));
+            const Turn end(static_cast<quint32>(random.between(1, 40)));
             const int range = random.pick({2, 6, 30});
-            for (size_t rank = 0; rank < ranks; ++rank) {
+            for (Turn turn; turn != end; ++turn) {
                 for (int copies = random.below(3); copies > 0; --copies) {
-                    windows.emplace_back(rank, randomWindow(random, range));
-                    later.add(rank, windows.back().second);
+                    windows.emplace_back(turn, randomWindow(random, range));
+                    later.add(turn, windows.back().second);
                 }
             }
-            for (size_t rank = 0; rank < ranks; ++rank) {
+            for (Turn turn; turn != end; ++turn) {
                 const SlotWindow own = randomWindow(random, range);
-                const std::vector<SlotWindow> expected = walked(windows, rank, own);
-                QCOMPARE(later.find(rank, own), expected);
+                const std::vector<SlotWindow> expected = walked(windows, turn, own);
+                QCOMPARE(later.find(turn, own), expected);
                 hits += expected.size();
             }
         }
@@ -67,17 +67,17 @@ private slots:
     void searchAmongNothingFindsNothing()
     {
         LaterWindows later;
-        QVERIFY(later.find(0, window(0, 9)).empty());
-        QVERIFY(later.find(1, window(5, 2)).empty());
+        QVERIFY(later.find(Turn(0), window(0, 9)).empty());
+        QVERIFY(later.find(Turn(1), window(5, 2)).empty());
     }
 
-    void windowsOfTheSameRankAreNotLater()
+    void windowsOfTheSameTurnAreNotLater()
     {
         LaterWindows later;
-        later.add(0, window(3, 4));
-        later.add(1, window(3, 4));
-        QCOMPARE(later.find(0, window(3, 9)).size(), size_t(1));
-        QCOMPARE(later.find(1, window(3, 9)).size(), size_t(0));
+        later.add(Turn(0), window(3, 4));
+        later.add(Turn(1), window(3, 4));
+        QCOMPARE(later.find(Turn(0), window(3, 9)).size(), size_t(1));
+        QCOMPARE(later.find(Turn(1), window(3, 9)).size(), size_t(0));
     }
 
     void slotTableIsASetOfSlots()

@@ -12,6 +12,25 @@ inline planner::SlotWindow window(qint32 start, qint32 end)
     return {end, start};
 }
 
+/// Groups the master list into nodeList, as a run does ahead of its passes.
+inline void group(planner::TTPlanner& planner)
+{
+    planner.nodeList = planner::convertInstancesToNodes(planner.TTStreamInstanceList);
+}
+
+/// The copies at a port that is there.
+inline const std::list<planner::InstanceCopy>& copiesAt(const planner::TTPlanner& planner,
+                                                        quint16 nodeID, quint16 outport)
+{
+    for (const planner::Node& node : planner.nodeList) {
+        for (const planner::NodeOutport& port : node.outports) {
+            if (node.nodeID == nodeID && port.outport == outport)
+                return port.instances;
+        }
+    }
+    qFatal("no such port");
+}
+
 /// A planner whose instances 1, 2, ... all send on port 1 of node 1, as talkers or as switches.
 ///
 /// The senders on the other side of each path have a node of their own, 50 or 60, and no window.
@@ -33,6 +52,6 @@ plannerWithPort(bool asSwitch, const std::vector<planner::SlotWindow>& windows, 
         instance.paths.push_back(path);
         planner.TTStreamInstanceList.push_back(instance);
     }
-    planner::groupByPort(planner);
+    group(planner);
     return planner;
 }

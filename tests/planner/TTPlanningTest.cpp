@@ -1,6 +1,7 @@
 #include "planner/TTPlanning.h"
 #include "planner/ConflictAnalysis.h"
 #include "planner/IntermediateDocument.h"
+#include "planner/PortGroups.h"
 #include "planner/RepetitionWatch.h"
 
 #include "tests/support/Documents.h"
@@ -283,19 +284,17 @@ private slots:
     void returnToAnEarlierStateIsNoticed()
     {
         const LogCapture log;
-        TTPlanner planner;
-        planner.TTStreamInstanceList = {
-            instance(1, {path(2, window(0, 0), window(1, 1), window(2, 2))})};
-        groupByPort(planner);
-        SlotWindow& moving = planner.board.stop(0).window;
-        RepetitionWatch watch(planner.board);
+        PortGroups groups =
+            groupByPort({instance(1, {path(2, window(0, 0), window(1, 1), window(2, 2))})});
+        SlotWindow& moving = groups.board.hop(HopIndex()).window;
+        RepetitionWatch watch(groups.board);
         // Two passes lead in, then the state goes round in three.
         const int starts[] = {0, 1, 2, 3, 4, 2, 3, 4, 2, 3, 4};
         int noticedAfter = 0;
         for (int pass = 1; pass <= 10 && noticedAfter == 0; ++pass) {
-            watch.beforePass();
+            watch.beforePass(groups.board);
             moving.start = starts[pass];
-            if (watch.isBack({0}))
+            if (watch.isBack(groups.board, {InstanceIndex()}))
                 noticedAfter = pass;
         }
         QCOMPARE(noticedAfter, 6);

@@ -65,25 +65,6 @@ std::vector<Window> collectPortWindows(const Node& node, const Outport& port)
     return windows;
 }
 
-void flowStatusRevise(Planner& planner, quint16 nodeID, quint16 outport)
-{
-    qDebug() << "flowStatusRevise-----";
-    for (Node& node : planner.nodeList) {
-        for (Outport& port : node.outports) {
-            if (node.nodeID != nodeID || port.outport != outport)
-                continue;
-            for (Instance& copy : port.instances) {
-                reviseWindows(planner, nodeID, outport, copy);
-                for (Instance& record : planner.instances) {
-                    if (record.flowID == copy.flowID && record.seq == copy.seq)
-                        record = copy;
-                }
-            }
-        }
-    }
-    qDebug() << "flowStatusRevise end-----";
-}
-
 /// Walks hops downstream of a known window and narrows each around the previous one.
 class DownstreamWalk
 {
@@ -206,6 +187,25 @@ qint32 calculateConflictDegree(Planner& planner)
     const std::list<Instance> copy = planner.instances;
     planner.nodeList = convertInstancesToNodes(copy);
     return static_cast<qint32>(maxDegree);
+}
+
+void flowStatusRevise(Planner& planner, quint16 nodeID, quint16 outport)
+{
+    qDebug() << "flowStatusRevise-----";
+    for (Node& node : planner.nodeList) {
+        for (Outport& port : node.outports) {
+            if (node.nodeID != nodeID || port.outport != outport)
+                continue;
+            for (Instance& copy : port.instances) {
+                reviseWindows(planner, nodeID, outport, copy);
+                for (Instance& record : planner.instances) {
+                    if (record.flowID == copy.flowID && record.seq == copy.seq)
+                        record = copy;
+                }
+            }
+        }
+    }
+    qDebug() << "flowStatusRevise end-----";
 }
 
 void reviseWindows(const Planner& planner, quint16 nodeID, quint16 outport, Instance& instance)

@@ -1,10 +1,10 @@
 #include "planner/ConflictAnalysis.h"
 
 #include "planner/ConflictResolution.h"
-#include "planner/Passes.h"
 #include "planner/PlanningLog.h"
-#include "planner/PortCopies.h"
 #include "planner/WindowRevision.h"
+#include "planner/passes/Passes.h"
+#include "planner/passes/PortCopies.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -2,7 +2,7 @@
 
 #include "planner/StageListener.h"
 #include "planner/TTPlanner.h"
-#include "planner/WindowOverlap.h"
+#include "planner/search/WindowOverlap.h"
 
 #include <vector>
 

@@ -1,9 +1,9 @@
 #include "planner/ConflictResolution.h"
 
-#include "planner/LaterWindows.h"
 #include "planner/PlanningLog.h"
-#include "planner/PortCopies.h"
-#include "planner/SlotTable.h"
+#include "planner/passes/PortCopies.h"
+#include "planner/search/LaterWindows.h"
+#include "planner/search/SlotTable.h"
 
 #include <algorithm>
 #include <limits>

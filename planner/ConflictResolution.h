@@ -1,7 +1,7 @@
 #pragma once
 
-#include "planner/PortGroups.h"
 #include "planner/TTPlanner.h"
+#include "planner/passes/PortGroups.h"
 
 // Gives every instance on one port a slot of its own.
 namespace planner

@@ -1,7 +1,7 @@
 #include "planner/InputDocument.h"
 
-#include "planner/DocumentAccess.h"
 #include "planner/PlanningLog.h"
+#include "planner/documents/DocumentAccess.h"
 
 #include <QDir>
 #include <QStringList>

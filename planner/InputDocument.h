@@ -1,7 +1,7 @@
 #pragma once
 
 #include "planner/PlanningModel.h"
-#include "planner/TopologyIndex.h"
+#include "planner/documents/TopologyIndex.h"
 
 #include <QStringList>
 

@@ -1,9 +1,9 @@
 #include "planner/IntermediateDocument.h"
 
-#include "planner/DocumentAccess.h"
-#include "planner/DocumentWriter.h"
 #include "planner/InputDocument.h"
 #include "planner/PlanningLog.h"
+#include "planner/documents/DocumentAccess.h"
+#include "planner/documents/DocumentWriter.h"
 
 #include <QDir>
 

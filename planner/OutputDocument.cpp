@@ -1,6 +1,6 @@
 #include "planner/OutputDocument.h"
 
-#include "planner/DocumentWriter.h"
+#include "planner/documents/DocumentWriter.h"
 
 #include <set>
 #include <tuple>

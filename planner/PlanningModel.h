@@ -1,7 +1,7 @@
 #pragma once
 
-#include "planner/PairKey.h"
-#include "planner/SlotWindow.h"
+#include "planner/search/PairKey.h"
+#include "planner/search/SlotWindow.h"
 
 #include <QString>
 

@@ -2,8 +2,8 @@
 
 #include "planner/ConflictAnalysis.h"
 #include "planner/IntermediateDocument.h"
-#include "planner/Passes.h"
 #include "planner/PlanningLog.h"
+#include "planner/passes/Passes.h"
 
 namespace planner
 {

@@ -1,8 +1,8 @@
 #include "planner/ConflictAnalysis.h"
 #include "planner/ConflictResolution.h"
 #include "planner/DebugDump.h"
-#include "planner/PortDegrees.h"
 #include "planner/TTPlanning.h"
+#include "planner/passes/PortDegrees.h"
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/LogCapture.h"

@@ -1,5 +1,5 @@
 #include "planner/InputDocument.h"
-#include "planner/DocumentAccess.h"
+#include "planner/documents/DocumentAccess.h"
 
 #include "tests/planner/InputText.h"
 #include "tests/support/Documents.h"

@@ -1,5 +1,5 @@
-#include "planner/LaterWindows.h"
-#include "planner/SlotTable.h"
+#include "planner/search/LaterWindows.h"
+#include "planner/search/SlotTable.h"
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/RandomSource.h"

@@ -1,8 +1,8 @@
 #include "planner/TTPlanning.h"
 #include "planner/ConflictAnalysis.h"
 #include "planner/IntermediateDocument.h"
-#include "planner/PortGroups.h"
-#include "planner/RepetitionWatch.h"
+#include "planner/passes/PortGroups.h"
+#include "planner/passes/RepetitionWatch.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"

@@ -1,4 +1,4 @@
-#include "planner/DuplicateInstances.h"
+#include "planner/passes/DuplicateInstances.h"
 
 #include <algorithm>
 #include <unordered_set>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/SlotWindow.h"
+#include "planner/search/SlotWindow.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "planner/WindowSort.h"
+#include "planner/search/WindowSort.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
-#include "planner/TopologyIndex.h"
+#include "planner/documents/TopologyIndex.h"
 
-#include "planner/PairKey.h"
+#include "planner/search/PairKey.h"
 
 namespace planner
 {

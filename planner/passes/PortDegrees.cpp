@@ -1,6 +1,6 @@
-#include "planner/PortDegrees.h"
+#include "planner/passes/PortDegrees.h"
 
-#include "planner/WindowOverlap.h"
+#include "planner/search/WindowOverlap.h"
 
 namespace planner
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PortGroups.h"
+#include "planner/passes/PortGroups.h"
 
 namespace planner
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/Index.h"
+#include "planner/search/Index.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "planner/LaterWindows.h"
+#include "planner/search/LaterWindows.h"
 
 #include <algorithm>
 #include <iterator>

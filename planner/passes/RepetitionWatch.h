@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/WindowBoard.h"
+#include "planner/passes/WindowBoard.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "planner/RepetitionWatch.h"
+#include "planner/passes/RepetitionWatch.h"
 
 namespace planner
 {

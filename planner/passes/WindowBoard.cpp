@@ -1,4 +1,4 @@
-#include "planner/WindowBoard.h"
+#include "planner/passes/WindowBoard.h"
 
 namespace planner
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "planner/PortGroups.h"
+#include "planner/passes/PortGroups.h"
 
 // A single port, taken by itself.
 namespace planner

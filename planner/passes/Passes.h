@@ -1,9 +1,9 @@
 #pragma once
 
-#include "planner/DuplicateInstances.h"
-#include "planner/PortDegrees.h"
-#include "planner/RepetitionWatch.h"
 #include "planner/TTPlanner.h"
+#include "planner/passes/DuplicateInstances.h"
+#include "planner/passes/PortDegrees.h"
+#include "planner/passes/RepetitionWatch.h"
 
 namespace planner
 {

@@ -1,4 +1,4 @@
-#include "planner/Passes.h"
+#include "planner/passes/Passes.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "planner/DocumentAccess.h"
+#include "planner/documents/DocumentAccess.h"
 
 #include <QDir>
 #include <QFileInfo>

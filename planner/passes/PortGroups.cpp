@@ -1,7 +1,7 @@
-#include "planner/PortGroups.h"
+#include "planner/passes/PortGroups.h"
 
-#include "planner/DuplicateInstances.h"
 #include "planner/PlanningLog.h"
+#include "planner/passes/DuplicateInstances.h"
 
 #include <unordered_set>
 

@@ -1,4 +1,4 @@
-#include "planner/PortCopies.h"
+#include "planner/passes/PortCopies.h"
 
 namespace planner
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "planner/BoardIndex.h"
 #include "planner/PlanningModel.h"
+#include "planner/passes/BoardIndex.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
-#include "planner/WindowOverlap.h"
+#include "planner/search/WindowOverlap.h"
 
-#include "planner/WindowSort.h"
+#include "planner/search/WindowSort.h"
 
 namespace planner
 {

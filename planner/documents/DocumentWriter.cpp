@@ -1,4 +1,4 @@
-#include "planner/DocumentWriter.h"
+#include "planner/documents/DocumentWriter.h"
 
 #include <QDir>
 

@@ -1,6 +1,6 @@
-#include "planner/SlotTable.h"
+#include "planner/search/SlotTable.h"
 
-#include "planner/SlotWindow.h"
+#include "planner/search/SlotWindow.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "planner/Index.h"
-#include "planner/SlotWindow.h"
+#include "planner/search/Index.h"
+#include "planner/search/SlotWindow.h"
 
 #include <vector>
 

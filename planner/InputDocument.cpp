@@ -9,6 +9,7 @@
 #include <tinyxml2.h>
 
 #include <cmath>
+#include <iterator>
 #include <unordered_map>
 #include <vector>
 
@@ -103,12 +104,14 @@ void resolvePorts(const TopologyIndex& topology, const std::vector<quint32>& nod
     path.listenerInport = ports.inport;
 }
 
-void resolveBufferNumbers(const TopologyIndex& topology, VirtualLinkPath& path)
+void resolveBufferNumbers(const TopologyIndex& topology, const std::vector<quint32>& nodes,
+                          VirtualLinkPath& path)
 {
-    path.talkerBuffernum = topology.bufferNumOfHost(path.talkerNodeID);
-    path.listenerBuffernum = topology.bufferNumOfHost(path.listenerNodeID);
+    path.talkerBuffernum = topology.bufferNumOfHost(nodes.front());
+    path.listenerBuffernum = topology.bufferNumOfHost(nodes.back());
+    auto node = std::next(nodes.begin());
     for (BridgeHop& hop : path.bridges)
-        hop.buffernum = topology.bufferNumOfSwitch(hop.nodeID);
+        hop.buffernum = topology.bufferNumOfSwitch(*node++);
 }
 
 bool isTimeTriggered(const XMLElement* flow)
@@ -311,7 +314,7 @@ VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text
         path.bridges.back().nodeID = static_cast<quint16>(*node);
     }
     resolvePorts(topology, nodes, path);
-    resolveBufferNumbers(topology, path);
+    resolveBufferNumbers(topology, nodes, path);
     return path;
 }
 

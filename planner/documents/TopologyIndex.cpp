@@ -44,12 +44,12 @@ LinkPorts TopologyIndex::portsBetween(quint32 srcnode, quint32 dstnode) const
     return valueOf(m_links, pairKey(static_cast<quint16>(srcnode), static_cast<quint16>(dstnode)));
 }
 
-quint16 TopologyIndex::bufferNumOfHost(quint16 nodeID) const
+quint16 TopologyIndex::bufferNumOfHost(quint32 nodeID) const
 {
     return valueOf(m_hostBuffers, nodeID);
 }
 
-quint16 TopologyIndex::bufferNumOfSwitch(quint16 nodeID) const
+quint16 TopologyIndex::bufferNumOfSwitch(quint32 nodeID) const
 {
     return valueOf(m_switchBuffers, nodeID);
 }

@@ -32,17 +32,17 @@ public:
     /// No link leads to or from unknownNode, not even one whose own ends are unknown.
     LinkPorts portsBetween(quint32 srcnode, quint32 dstnode) const;
 
-    /// Buffer number of the last host with this number, 0 without one.
-    quint16 bufferNumOfHost(quint16 nodeID) const;
+    /// Buffer number of the last host with this number, 0 without one, as for unknownNode.
+    quint16 bufferNumOfHost(quint32 nodeID) const;
 
-    /// Buffer number of the first switch with this number, 0 without one.
-    quint16 bufferNumOfSwitch(quint16 nodeID) const;
+    /// Buffer number of the first switch with this number, 0 without one, as for unknownNode.
+    quint16 bufferNumOfSwitch(quint32 nodeID) const;
 
 private:
     QHash<QString, quint16> m_nodeIds;
-    std::unordered_map<quint32, LinkPorts> m_links; ///< by sending and receiving node
-    std::unordered_map<quint16, quint16> m_hostBuffers;
-    std::unordered_map<quint16, quint16> m_switchBuffers;
+    std::unordered_map<quint32, LinkPorts> m_links;     ///< by sending and receiving node
+    std::unordered_map<quint32, quint16> m_hostBuffers; ///< by 32 bits, so that unknownNode is none
+    std::unordered_map<quint32, quint16> m_switchBuffers;
 };
 
 } // namespace planner

@@ -252,6 +252,26 @@ private slots:
         QCOMPARE(int(context.virtualLinks.front().paths.front().talkerOutport), 1);
     }
 
+    void unknownNodeOnAPathTakesNothingFromTheNodeWithItsNumber()
+    {
+        const LogCapture log;
+        InputText input = lineNetwork(1, 4);
+        input.host(QStringLiteral("last"), 0xFFFF, 7).switchNode(QStringLiteral("S9"), 0xFFFF, 9);
+        input.virtualLink(2, {QStringLiteral("x,y,z"), QStringLiteral("last,S9,last")});
+        input.save();
+        PlanningContext context;
+        readInputDocument(context);
+        const VirtualLinkPath& unknown = context.virtualLinks.back().paths.front();
+        QCOMPARE(int(unknown.talkerNodeID), 0xFFFF);
+        QCOMPARE(int(unknown.talkerBuffernum), 0);
+        QCOMPARE(int(unknown.bridges.front().buffernum), 0);
+        QCOMPARE(int(unknown.listenerBuffernum), 0);
+        const VirtualLinkPath& known = context.virtualLinks.back().paths.back();
+        QCOMPARE(int(known.talkerBuffernum), 7);
+        QCOMPARE(int(known.bridges.front().buffernum), 9);
+        QCOMPARE(int(known.listenerBuffernum), 7);
+    }
+
     void firstVirtualLinkOfANumberIsTheFlows()
     {
         const LogCapture log;

@@ -34,7 +34,8 @@ private slots:
     {
         PlanningContext context;
         QCOMPARE(TopologyIndex(context).nodeIdOfName(QStringLiteral("A")), 0xFFFFFFFFU);
-        const VirtualLinkPath path = parseDatapath(TopologyIndex(context), QStringLiteral("A,S,B"));
+        QCOMPARE(context.nodeIdOfName(QStringLiteral("A")), 0xFFFFFFFFU);
+        const VirtualLinkPath path = parseDatapath(context, QStringLiteral("A,S,B"));
         QCOMPARE(path.talkerNodeID, quint16(0xFFFF));
         QCOMPARE(path.bridges.front().nodeID, quint16(0xFFFF));
         QCOMPARE(path.listenerNodeID, quint16(0xFFFF));
@@ -73,9 +74,11 @@ private slots:
         context.switches.push_back({QStringLiteral("X"), 5, {}, 0, 0, 0});
         context.hosts.push_back({QStringLiteral("x"), 6, {}, 0, 0});
         QCOMPARE(TopologyIndex(context).nodeIdOfName(QStringLiteral("X")), 5U);
+        QCOMPARE(context.nodeIdOfName(QStringLiteral("X")), 5U);
         context.hosts.push_back({QStringLiteral("X"), 7, {}, 0, 0});
         context.hosts.push_back({QStringLiteral("X"), 8, {}, 0, 0});
         QCOMPARE(TopologyIndex(context).nodeIdOfName(QStringLiteral("X")), 7U);
+        QCOMPARE(context.nodeIdOfName(QStringLiteral("X")), 7U);
     }
 
     void instanceNumberWrapsWhileTheirCountDoesNot()

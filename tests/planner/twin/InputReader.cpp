@@ -223,21 +223,24 @@ void connectPath(const Context& context, const std::vector<quint32>& nodes, Path
     }
 }
 
-void fillBuffers(const Context& context, Path& path)
+/// Compared in 32 bits as well.
+void fillBuffers(const Context& context, const std::vector<quint32>& nodes, Path& path)
 {
     for (const Host& host : context.hosts) {
-        if (host.nodeID == path.talkerNodeID)
+        if (host.nodeID == nodes.front())
             path.talkerBuffernum = host.buffernum;
-        if (host.nodeID == path.listenerNodeID)
+        if (host.nodeID == nodes.back())
             path.listenerBuffernum = host.buffernum;
     }
+    size_t number = 1;
     for (Hop& hop : path.bridges) {
         for (const Switch& record : context.switches) {
-            if (record.nodeID == hop.nodeID) {
+            if (record.nodeID == nodes[number]) {
                 hop.buffernum = record.buffernum;
                 break;
             }
         }
+        ++number;
     }
 }
 
@@ -273,7 +276,7 @@ Path parseDatapath(const Context& context, const QString& text)
         path.bridges.push_back(hop);
     }
     connectPath(context, nodes, path);
-    fillBuffers(context, path);
+    fillBuffers(context, nodes, path);
     return path;
 }
 

@@ -8,7 +8,6 @@
 
 #include <tinyxml2.h>
 
-#include <cmath>
 #include <iterator>
 #include <unordered_map>
 #include <vector>
@@ -20,9 +19,6 @@ using tinyxml2::XMLElement;
 
 namespace
 {
-
-/// A last slot that is only partly inside a window counts from this many microseconds on.
-constexpr qint32 smallestLastSlot_us = 30;
 
 QString quotedText(const XMLElement* parent, const char* name)
 {
@@ -238,7 +234,7 @@ qint32 readInputDocument(PlanningContext& context)
     QDir folder(QDir::currentPath());
     if (!folder.cd(QStringLiteral("ResourceXML")))
         return code::folderMissing;
-    for (const QString& path : filesWithBaseName(folder.path(), QStringLiteral("vek_input"))) {
+    for (const QString& path : filesWithBaseName(folder, QStringLiteral("vek_input"))) {
         const qint32 result = readInputFile(context, path);
         if (result != code::ok)
             return result;
@@ -330,36 +326,6 @@ void parseMacText(const QString& text, std::array<quint8, 6>& bytes)
         const int value = i < parts.size() ? parts.at(i).toInt(nullptr, 10) : 0;
         bytes[static_cast<size_t>(i)] = static_cast<quint8>(value);
     }
-}
-
-SlotWindow parseSlotWindow(const QString& text)
-{
-    const QStringList bounds = windowBounds(text);
-    SlotWindow window;
-    window.start = bounds.value(0).toInt(nullptr, 10);
-    window.end = bounds.value(1).toInt(nullptr, 10);
-    return window;
-}
-
-QStringList windowBounds(const QString& text)
-{
-    const QString behindBracket = text.split(QLatin1Char('[')).value(1);
-    return behindBracket.split(QLatin1Char(']')).first().split(QLatin1Char(','));
-}
-
-SlotWindow windowToSlots(const SlotWindow& raw)
-{
-    const double slotLength = slotLength_us;
-    const qint32 remainder = raw.end % slotLength_us;
-    SlotWindow window;
-    window.start = static_cast<qint32>(std::ceil(raw.start / slotLength));
-    if (remainder == 0)
-        window.end = raw.end / slotLength_us - 1;
-    else if (remainder >= smallestLastSlot_us)
-        window.end = static_cast<qint32>(std::ceil(raw.end / slotLength)) - 1;
-    else
-        window.end = static_cast<qint32>(std::floor(raw.end / slotLength)) - 1;
-    return window;
 }
 
 } // namespace planner

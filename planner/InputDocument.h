@@ -1,9 +1,8 @@
 #pragma once
 
 #include "planner/PlanningModel.h"
+#include "planner/WindowText.h"
 #include "planner/documents/TopologyIndex.h"
-
-#include <QStringList>
 
 namespace tinyxml2
 {
@@ -45,16 +44,5 @@ QString stripQuotes(const QString& text);
 
 /// Stores the first six parts of an address of decimal numbers joined by ":"; missing parts are 0.
 void parseMacText(const QString& text, std::array<quint8, 6>& bytes);
-
-/// Reads the text [start,end]; what is missing or no number reads as 0.
-///
-/// The unit is that of the text: microseconds in the input document, slots in the intermediate one.
-SlotWindow parseSlotWindow(const QString& text);
-
-/// The texts between the brackets, split at ","; a well-formed window has two.
-QStringList windowBounds(const QString& text);
-
-/// Converts a window of microseconds to the slots it covers; a last slot counts from 30 us on.
-SlotWindow windowToSlots(const SlotWindow& raw);
 
 } // namespace planner

@@ -1,7 +1,7 @@
 #include "planner/IntermediateDocument.h"
 
-#include "planner/InputDocument.h"
 #include "planner/PlanningLog.h"
+#include "planner/WindowText.h"
 #include "planner/documents/DocumentAccess.h"
 #include "planner/documents/DocumentWriter.h"
 
@@ -10,9 +10,7 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
-#include <cstring>
 
 namespace planner
 {
@@ -94,19 +92,6 @@ quint16 leadingNumber16(const XMLElement* parent, const char* name)
     return static_cast<quint16>(leadingNumber(parent, name));
 }
 
-/// Reads a window in just the form in which windows are written; false for any other text.
-bool readWrittenWindow(const char* text, SlotWindow& window)
-{
-    const char* const end = text + std::strlen(text);
-    if (*text != '[')
-        return false;
-    const std::from_chars_result start = std::from_chars(text + 1, end, window.start);
-    if (start.ec != std::errc() || start.ptr == end || *start.ptr != ',')
-        return false;
-    const std::from_chars_result last = std::from_chars(start.ptr + 1, end, window.end);
-    return last.ec == std::errc() && last.ptr + 1 == end && *last.ptr == ']';
-}
-
 SlotWindow slotWindow(const XMLElement* parent, const char* name)
 {
     const char* text = requiredText(parent, name);
@@ -118,7 +103,7 @@ SlotWindow slotWindow(const XMLElement* parent, const char* name)
         throw DocumentError(QStringLiteral("window \"%1\" of line %2 needs two numbers")
                                 .arg(otherText, QString::number(parent->GetLineNum())));
     }
-    return parseSlotWindow(otherText);
+    return windowInSlots(parseSlotWindow(otherText));
 }
 
 void readTalker(TTPlanner& planner, const XMLElement* talker, VirtualLinkPath& path)
@@ -208,11 +193,6 @@ qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
 
 } // namespace
 
-std::string windowText(const SlotWindow& window)
-{
-    return '[' + std::to_string(window.start) + ',' + std::to_string(window.end) + ']';
-}
-
 void writeHsDocument(const PlanningContext& context)
 {
     DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_hs.xml"));
@@ -231,7 +211,7 @@ qint32 readIntermediateDocument(TTPlanner& planner)
     QDir folder(QDir::currentPath());
     if (!folder.cd(QStringLiteral("OutputXML")))
         return code::folderMissing;
-    for (const QString& path : filesWithBaseName(folder.path(), QStringLiteral("vek_hs"))) {
+    for (const QString& path : filesWithBaseName(folder, QStringLiteral("vek_hs"))) {
         const qint32 result = readIntermediateFile(planner, path);
         if (result != code::ok)
             return result;

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "planner/TTPlanner.h"
-
-#include <string>
+#include "planner/WindowText.h"
 
 // Writes and reads OutputXML/vek_hs.xml, the windows of all instances.
 namespace planner
 {
-
-/// The window as "[start,end]" in slots.
-std::string windowText(const SlotWindow& window);
 
 /// Writes the document under the current directory, making the folder when it is missing.
 ///

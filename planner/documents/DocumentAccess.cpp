@@ -50,13 +50,12 @@ void forEachSibling(const tinyxml2::XMLElement* parent, const char* name,
         visit(element);
 }
 
-QStringList filesWithBaseName(const QString& folder, const QString& baseName)
+QStringList filesWithBaseName(const QDir& folder, const QString& baseName)
 {
-    const QDir directory(folder);
     QStringList paths;
-    for (const QString& entry : directory.entryList(QDir::Files)) {
+    for (const QString& entry : folder.entryList(QDir::Files)) {
         if (QFileInfo(entry).completeBaseName() == baseName)
-            paths.append(directory.absoluteFilePath(entry));
+            paths.append(folder.absoluteFilePath(entry));
     }
     return paths;
 }

@@ -5,6 +5,8 @@
 #include <functional>
 #include <stdexcept>
 
+class QDir;
+
 namespace tinyxml2
 {
 class XMLDocument;
@@ -37,6 +39,6 @@ void forEachSibling(const tinyxml2::XMLElement* parent, const char* name,
                     const std::function<void(const tinyxml2::XMLElement*)>& visit);
 
 /// Absolute paths of the plain files in a folder, by name, whose complete base name is as given.
-QStringList filesWithBaseName(const QString& folder, const QString& baseName);
+QStringList filesWithBaseName(const QDir& folder, const QString& baseName);
 
 } // namespace planner

@@ -35,13 +35,8 @@ void DocumentWriter::attribute(const char* name, const char* value)
 
 void DocumentWriter::leaf(const char* name, const std::string& text)
 {
-    leafOfText(name, text.c_str());
-}
-
-void DocumentWriter::leafOfText(const char* name, const char* text)
-{
     const Element element(*this, name);
-    m_printer.PushText(text);
+    m_printer.PushText(text.c_str());
 }
 
 void DocumentWriter::writeFullPiece()

@@ -58,7 +58,8 @@ public:
     {
         std::array<char, 24> text{}; // holds every 64-bit number
         std::to_chars(text.data(), text.data() + text.size(), value);
-        leafOfText(name, text.data());
+        const Element element(*this, name);
+        m_printer.PushText(text.data());
     }
 
 private:
@@ -66,7 +67,6 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    void leafOfText(const char* name, const char* text);
     void writeFullPiece();
     void writePiece();
 

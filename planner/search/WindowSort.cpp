@@ -23,6 +23,11 @@ bool before(const SlotWindow& a, const SlotWindow& b)
 
 // --- Heap sort, which finishes a segment once quicksort has gone too deep.
 
+struct Heap {
+    Iterator first;
+    Index length;
+};
+
 void raise(Iterator heap, Index hole, Index top, SlotWindow value)
 {
     Index parent = (hole - 1) / 2;
@@ -35,34 +40,36 @@ void raise(Iterator heap, Index hole, Index top, SlotWindow value)
 }
 
 // Moves the hole down to a leaf along the larger children, then the value up from there.
-void sink(Iterator heap, Index hole, Index length, SlotWindow value)
+void sink(const Heap& heap, Index hole, SlotWindow value)
 {
+    const Iterator first = heap.first;
+    const Index length = heap.length;
     const Index top = hole;
     Index child = hole;
     while (child < (length - 1) / 2) {
         child = 2 * (child + 1);
-        if (before(heap[child], heap[child - 1]))
+        if (before(first[child], first[child - 1]))
             --child;
-        heap[hole] = heap[child];
+        first[hole] = first[child];
         hole = child;
     }
     if (length % 2 == 0 && child == (length - 2) / 2) {
         child = 2 * (child + 1);
-        heap[hole] = heap[child - 1];
+        first[hole] = first[child - 1];
         hole = child - 1;
     }
-    raise(heap, hole, top, value);
+    raise(first, hole, top, value);
 }
 
 void heapSort(Iterator first, Iterator last)
 {
     const Index length = last - first;
     for (Index parent = (length - 2) / 2; length >= 2 && parent >= 0; --parent)
-        sink(first, parent, length, first[parent]);
+        sink({first, length}, parent, first[parent]);
     for (Index end = length - 1; end > 0; --end) {
         const SlotWindow value = first[end];
         first[end] = first[0];
-        sink(first, 0, end, value);
+        sink({first, end}, 0, value);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "planner/DebugDump.h"
 #include "planner/InputDocument.h"
 #include "planner/PreProcess.h"
+#include "planner/passes/BoardIndex.h"
 
 #include "tests/planner/InputText.h"
 #include "tests/support/LogCapture.h"
@@ -9,6 +10,14 @@
 #include <QtTest>
 
 using namespace planner;
+
+// Numbers of different kinds, and windows of different units, do not take each other's place.
+static_assert(!std::is_convertible_v<InstanceIndex, HopIndex>);
+static_assert(!std::is_convertible_v<PathIndex, PortIndex>);
+static_assert(!std::is_convertible_v<quint32, PortIndex>);
+static_assert(!std::is_convertible_v<Turn, InstanceIndex>);
+static_assert(!std::is_convertible_v<RawWindow, SlotWindow>);
+static_assert(!std::is_convertible_v<SlotWindow, RawWindow>);
 
 class PlanningModelTest : public QObject
 {

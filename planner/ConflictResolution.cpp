@@ -98,23 +98,118 @@ private:
         return !hasPassed(m_window.start, m_slot, m_window.end) || fail(exits().noFreeSlot);
     }
 
+    // What a later window X asks of the current one, W; the first row that fits applies.
+    //
+    //   X.start = W.start and W.end <= X.end   nothing: the current hop keeps precedence
+    //   X.start = W.start and W.end > X.end    rule A: the current hop gives way
+    //   X.start > W.start                      nothing
+    //   W.start > X.end                        nothing: X ends before W begins
+    //   X.end >= W.end                         nothing: X is no tighter
+    //   otherwise                              rule B: the current hop steps aside
+    //
+    // So rule A is met by the windows of one box, rule B by those of another, and no others.
+    WindowBox ruleA() const
+    {
+        WindowBox box;
+        box.firstStart = box.lastStart = m_window.start;
+        box.lastEnd = qint64(m_window.end) - 1;
+        return box;
+    }
+    WindowBox ruleB() const
+    {
+        WindowBox box;
+        box.lastStart = qint64(m_window.start) - 1;
+        box.firstEnd = m_window.start;
+        box.lastEnd = qint64(m_window.end) - 1;
+        return box;
+    }
+
     bool lookAhead(Turn turn)
     {
         LaterWindows& later = m_isSwitch ? m_switches : m_talkers;
-        const std::vector<SlotWindow>& tighter = later.find(turn, m_window);
-        return std::all_of(tighter.begin(), tighter.end(), [this](const SlotWindow& window) {
-            return window.start == m_window.start ? giveWay() : stepAsideFor(window);
-        });
+        later.passOver(turn);
+        if (m_window.end <= m_window.start && !later.hasInverted())
+            return true; // nothing is tighter
+        if (!later.any(ruleB()))
+            return giveWay(later.count(ruleA()));
+        if (!planningLog().isDebugEnabled() && passAtOnce(later))
+            return true;
+        return goThrough(later);
     }
 
-    // Equal starts, and the later window is the tighter one. Nothing is reserved for it. A switch
-    // may leave the table here; a talker would search there for ever.
-    bool giveWay()
+    /// Meets the later windows in their order; those of rule A, which leave no line in the log, by
+    /// their number.
+    bool goThrough(LaterWindows& later)
     {
-        m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
-        if (m_slot > m_table.lastSlot())
-            return m_isSwitch || fail(exits().equalStarts);
-        return m_slot <= m_window.end || fail(exits().equalStarts);
+        WindowBox between = ruleA();
+        for (const LaterWindows::Later& next : later.find(ruleB())) {
+            between.lastOrder = next.order;
+            if (!giveWay(later.count(between)) || !stepAsideFor(next.window))
+                return false;
+            between.firstOrder = next.order;
+        }
+        between.lastOrder = WindowBox().lastOrder;
+        return giveWay(later.count(between));
+    }
+
+    /// Passes all later windows at once where none of them leads to an exit; else changes nothing.
+    ///
+    /// The table stands still, so rule B moves the slot once at most: while it is the first one
+    /// found, and only for a window between whose start and that slot all is taken. Each window of
+    /// rule A then moves it to the next free one.
+    bool passAtOnce(LaterWindows& later)
+    {
+        if (!m_table.holds(m_slot))
+            return false;
+        WindowBox movers = ruleB();
+        movers.firstStart = m_table.lastFreeBefore(m_window.start) + 1;
+        WindowBox full = movers;
+        full.lastEnd = std::min(full.lastEnd, qint64(m_slot) - 1);
+        if (later.any(full))
+            return false;
+        quint32 moves = later.count(ruleA());
+        movers.lastOrder = later.firstOrder(ruleA());
+        moves += later.any(movers) ? 1 : 0;
+        const qint64 slot = moves == 0 ? m_slot : m_table.freeSlotAfter(m_slot, moves);
+        if (slot > m_table.lastSlot() || slot > m_window.end)
+            return false;
+        WindowBox passed = ruleB();
+        passed.lastEnd = std::min(passed.lastEnd, slot - 1);
+        if (m_isSwitch && later.any(passed))
+            return false;
+        m_slot = static_cast<qint32>(slot);
+        return true;
+    }
+
+    // Equal starts, and so many later windows are the tighter ones. Nothing is reserved for them. A
+    // switch may leave the table here; a talker would search there for ever.
+    bool giveWay(quint32 windows)
+    {
+        if (windows == 0)
+            return true;
+        const qint64 target = m_table.freeSlotAfter(m_slot, windows);
+        if (target > std::numeric_limits<qint32>::max())
+            return giveWayOneByOne(windows);
+        // The slots on the way are all free ones up to the target.
+        const qint64 outside = m_table.freeSlotAfter(std::max(m_window.end, m_slot), 1);
+        const qint64 lastMet = m_isSwitch ? std::min<qint64>(target, m_table.lastSlot()) : target;
+        if (outside <= lastMet || (!m_isSwitch && target > m_table.lastSlot()))
+            return fail(exits().equalStarts);
+        m_slot = static_cast<qint32>(target);
+        return true;
+    }
+
+    // Behind the largest slot comes the smallest one.
+    bool giveWayOneByOne(quint32 windows)
+    {
+        for (; windows > 0; --windows) {
+            m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
+            const bool isAllowed =
+                m_slot > m_table.lastSlot() ? m_isSwitch : m_slot <= m_window.end;
+            if (!isAllowed)
+                return fail(exits().equalStarts);
+        }
+        return true;
     }
 
     // The later window starts and ends earlier. Its first free slot is held only while the current

@@ -47,6 +47,20 @@ static void addSeries(std::vector<BenchCase>& cases, const char* name, BenchCase
     }
 }
 
+// One talker to one listener, so that all transmissions of a period meet at both ports on the way.
+static void addCrowdedSeries(std::vector<BenchCase>& cases, const char* name,
+                             BenchCase::Windows windows)
+{
+    for (const int instances : {1000, 3000, 10000, 30000, 100000}) {
+        BenchCase made = toOneHost(
+            reaching(sized(named(name, BenchCase::Line, windows), 1, 2, instances / 2, 2), 0));
+        made.name += QStringLiteral("-%1").arg(instances);
+        made.isGrowth = true;
+        made.isLogged = false;
+        cases.push_back(made);
+    }
+}
+
 static std::vector<BenchCase> makeCases()
 {
     const auto heavy = BenchCase::PerTalker;
@@ -71,6 +85,8 @@ static std::vector<BenchCase> makeCases()
     };
     addSeries(cases, "heavy", heavy);
     addSeries(cases, "free", free);
+    addCrowdedSeries(cases, "nested", BenchCase::Nested);
+    addCrowdedSeries(cases, "staircase", BenchCase::Staircase);
     return cases;
 }
 

@@ -41,7 +41,15 @@ private:
     // Enough to let all flows that meet pass one after the other.
     int bufferNum() const
     {
-        return m_case.windows == BenchCase::Same ? periodInSlots() : 2 * m_case.flowsPerHost + 6;
+        constexpr int most = 65000; // what the document can tell
+        if (isCrowded() || m_case.windows == BenchCase::Same)
+            return std::min(periodInSlots(), most);
+        return 2 * m_case.flowsPerHost + 6;
+    }
+
+    bool isCrowded() const
+    {
+        return m_case.windows == BenchCase::Nested || m_case.windows == BenchCase::Staircase;
     }
 
     // Slots that a talker has to itself: its flows one after the other, or so many that the receive
@@ -55,6 +63,8 @@ private:
 
     int periodInSlots() const
     {
+        if (isCrowded())
+            return 3 * m_case.flowsPerHost + spareSlots;
         return m_case.windows == BenchCase::Same ? 2 * hostCount() * m_case.flowsPerHost
                                                  : hostCount() * stretch();
     }
@@ -167,6 +177,10 @@ private:
         } else if (m_case.windows == BenchCase::Same) {
             first = 0;
             lastSend = periodInSlots() - 3;
+            last = periodInSlots() - 1;
+        } else if (isCrowded()) {
+            first = m_case.windows == BenchCase::Nested ? 0 : m_case.flowsPerHost - number;
+            lastSend = 2 * m_case.flowsPerHost - number;
             last = periodInSlots() - 1;
         }
         flow.txwin = window(first, lastSend);

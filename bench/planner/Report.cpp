@@ -70,7 +70,7 @@ void printCase(const CaseResult& result)
     const double total = sumOf(engine, phases());
     const double floor = result.floor.value(QStringLiteral("floor"));
     std::printf(" |%8.1f%6.2f%7.3f%7.1f", floor, total / floor, planningOf(engine) / floor,
-                sumOf(result.logged, phases()) - total);
+                result.logged.isEmpty() ? 0 : sumOf(result.logged, phases()) - total);
     printTwin(result, total);
     const QString peak = QStringLiteral("peak");
     std::printf("%5.0f%6.2f", engine.value(peak) / 1024,

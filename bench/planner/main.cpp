@@ -72,7 +72,8 @@ public:
         result.benchCase = benchCase;
         result.engine = least(folder.path(), QStringLiteral("engine"), m_repeat);
         result.floor = least(folder.path(), QStringLiteral("floor"), m_repeat);
-        result.logged = least(folder.path(), QStringLiteral("logged"), 1);
+        if (benchCase.isLogged)
+            result.logged = least(folder.path(), QStringLiteral("logged"), 1);
         if (m_twinSeconds > 0)
             compareWithTwin(folder, result);
         return result;

@@ -3,61 +3,90 @@
 #include "planner/search/Index.h"
 #include "planner/search/SlotWindow.h"
 
+#include <limits>
 #include <vector>
 
 namespace planner
 {
 
-/// Finds, among the windows of later instances at a port, those that an earlier one yields to.
+/// Bounds of a search for windows, all included.
+struct WindowBox {
+    static constexpr qint64 least = std::numeric_limits<qint32>::min();
+    static constexpr qint64 largest = std::numeric_limits<qint32>::max();
+
+    qint64 firstStart = least;
+    qint64 lastStart = largest;
+    qint64 firstEnd = least;
+    qint64 lastEnd = largest;
+    qint64 firstOrder = 0;
+    qint64 lastOrder = std::numeric_limits<qint64>::max();
+};
+
+/// Finds, among the windows of later turns at a port, those in a box of starts and ends.
 ///
-/// It yields to a window that begins no later than its own, ends before it ends, and either reaches
-/// its first slot or begins with it. The other windows of the port are not looked at, so that a
-/// search costs what it finds and not what the port holds.
+/// Windows are points in a tree of bounding boxes, so that a search costs what it finds and not
+/// what the port holds, and a count or a look for the first one costs less than that.
 class LaterWindows
 {
 public:
-    /// Adds a window of the instance whose turn this is; turns must not fall.
-    void add(Turn turn, const SlotWindow& window);
-
-    /// The windows that the instance of this turn yields to, of instances behind it, in the order
-    /// of adding.
-    ///
-    /// Turns must not fall from call to call, and nothing may be added after the first call. What
-    /// is returned lives until the next call.
-    const std::vector<SlotWindow>& find(Turn turn, const SlotWindow& window);
-
-private:
     struct Later {
         SlotWindow window;
         Turn turn;
-        size_t order = 0; ///< of adding
+        qint64 order = 0; ///< of adding
     };
 
-    void prepareSearch();
-    void forgetUpTo(Turn turn);
-    void forget(size_t leaf);
-    void findReaching(const SlotWindow& window);
-    void collect(size_t knot, size_t low, size_t high);
-    void findInverted(Turn turn, const SlotWindow& window);
-    size_t firstLeafEndingFrom(qint32 slot) const;
+    /// Adds a window of the instance whose turn this is; turns must not fall.
+    void add(Turn turn, const SlotWindow& window);
 
-    /// What is searched for: leaves first to last - 1 with a window that begins by a slot.
-    struct Search {
-        size_t first = 0;
-        size_t last = 0;
-        qint32 latestStart = 0;
+    /// Leaves out the windows up to this turn from now on; nothing may be added after it.
+    void passOver(Turn turn);
+
+    /// Whether a window was added that ends before it begins.
+    bool hasInverted() const { return m_hasInverted; }
+
+    quint32 count(const WindowBox& box);
+    bool any(const WindowBox& box);
+
+    /// The least order in the box; more than any order when it is empty.
+    qint64 firstOrder(const WindowBox& box);
+
+    /// The windows in the box by their order; lives until the next call.
+    const std::vector<Later>& find(const WindowBox& box);
+
+private:
+    /// What lies below a knot of the tree.
+    struct Knot {
+        WindowBox bounds;
+        quint32 count = 0;
+    };
+    /// A knot with its points, low to high - 1 in the order of the tree.
+    struct Place {
+        size_t knot;
+        size_t low;
+        size_t high;
+
+        bool isLeaf() const { return high - low == 1; }
+        size_t middle() const { return (low + high) / 2; }
+        Place left() const { return {2 * knot, low, middle()}; }
+        Place right() const { return {2 * knot + 1, middle(), high}; }
     };
 
-    std::vector<Later> m_proper;      ///< in the order of adding
-    std::vector<Later> m_inverted;    ///< windows that end before they begin
-    bool m_invertedAreSorted = false; ///< by start
-    std::vector<size_t> m_byEnd;      ///< leaves: positions in m_proper, by end
-    std::vector<size_t> m_leafOf;     ///< by position in m_proper
-    std::vector<qint64> m_earliest; ///< a heap over the leaves: the earliest start below each knot
-    size_t m_forgotten = 0; ///< windows at the head of m_proper that are not searched any more
-    Search m_search;
-    std::vector<Later> m_hits;
-    std::vector<SlotWindow> m_found;
+    bool prepare();
+    void build(const Place& place);
+    void forget(const Place& place, size_t point);
+    void gather(const Place& place);
+    Place root() const { return {1, 0, m_points.size()}; }
+
+    template <typename Visit>
+    bool visit(const Place& place, const WindowBox& box, const Visit& visitor) const;
+
+    std::vector<Later> m_windows; ///< in the order of adding
+    bool m_hasInverted = false;
+    size_t m_passed = 0;           ///< windows at the head of m_windows that are left out
+    std::vector<Later> m_points;   ///< in the order of the tree; empty until it is needed
+    std::vector<size_t> m_pointOf; ///< by position in m_windows
+    std::vector<Knot> m_knots;     ///< a heap from 1 on
+    std::vector<Later> m_found;
 };
 
 } // namespace planner

@@ -2,7 +2,9 @@
 
 #include <QtGlobal>
 
+#include <array>
 #include <map>
+#include <vector>
 
 namespace planner
 {
@@ -26,11 +28,30 @@ public:
     /// Behind the largest number of all comes the smallest one, which is free.
     qint32 firstFreeFrom(qint32 slot) const;
 
+    /// The next slot below this one that is free; it may lie before the table.
+    qint64 lastFreeBefore(qint32 slot) const;
+
+    /// The free slot above this one that comes as number count, from 1; it may lie behind the table
+    /// and behind the largest number.
+    qint64 freeSlotAfter(qint32 slot, quint32 count);
+
     void take(qint32 slot);
 
 private:
+    /// Counts of taken slots below the halves of a stretch, down to single slots; child 0 is none.
+    struct Knot {
+        std::array<quint32, 2> child{};
+        quint32 taken = 0;
+    };
+
+    void countTaken(qint32 slot);
+    void prepareCounts();
+    qint64 takenUpTo(qint32 slot) const;
+    qint64 takenBelow(quint32 knot) const { return knot == 0 ? 0 : m_knots[knot].taken; }
+
     qint32 m_lastSlot;
     std::map<qint32, qint32> m_runs; ///< first to last slot of each run; runs do not touch
+    std::vector<Knot> m_knots;       ///< the root at 1; empty until counts are needed
 };
 
 } // namespace planner

@@ -1,8 +1,11 @@
 #include "planner/ConflictResolution.h"
+#include "planner/passes/PortCopies.h"
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/RandomSource.h"
 
+#include <QLoggingCategory>
 #include <QtTest>
 
 #include <limits>
@@ -39,6 +42,16 @@ static Slots slotsIn(const QStringList& log)
     }
     return given;
 }
+
+/// Turns the engine's log lines off for its life.
+class SilentLog
+{
+public:
+    SilentLog() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+    ~SilentLog() { QLoggingCategory::setFilterRules(QString()); }
+    SilentLog(const SilentLog&) = delete;
+    SilentLog& operator=(const SilentLog&) = delete;
+};
 
 /// A planner whose grouping leaves no lines in the log.
 template <typename Make>
@@ -103,6 +116,37 @@ private slots:
             QCOMPARE(outcome.code, code::ok);
             QCOMPARE(outcome.slotsGiven, expected);
         }
+    }
+
+    // Without anybody who reads the log, windows that are only passed are passed at once.
+    void slotsAreTheSameWithAndWithoutTheLog()
+    {
+        RandomSource random(41);
+        int plans = 0;
+        for (int round = 0; round < 20000; ++round) {
+            Windows windows;
+            const int starts = random.pick({1, 3, 12});
+            for (int count = random.between(2, 14); count > 0; --count) {
+                const int start = random.below(starts);
+                windows.push_back(window(start, start + random.between(-1, 16)));
+            }
+            const bool asSwitch = random.chance(50);
+            TTPlanner planner = grouped([&] {
+                return plannerWithPort(asSwitch, windows, random.pick({12, 40}));
+            });
+            PortCopies copies(planner.nodeList, 1, 1);
+            const PortSlots silent = [&] {
+                const SilentLog quiet;
+                return findSlots(copies.view(), planner.maxRxSlot);
+            }();
+            const LogCapture log;
+            const PortSlots logged = findSlots(copies.view(), planner.maxRxSlot);
+            QCOMPARE(silent.code, logged.code);
+            QCOMPARE(silent.slotsGiven, logged.slotsGiven);
+            plans += logged.code == code::ok ? 1 : 0;
+        }
+        QVERIFY(plans > 4000);
+        QVERIFY(plans < 16000);
     }
 
     void logTellsWindowAndSlot()

@@ -13,19 +13,39 @@ using namespace planner;
 
 // The two helpers of the resolution against the walks that they stand for.
 
-/// The windows that a walk over all later instances would yield to.
-static std::vector<SlotWindow> walked(const std::vector<std::pair<Turn, SlotWindow>>& windows,
-                                      Turn turn, const SlotWindow& own)
+/// The orders of the later windows in a box that a walk finds.
+static std::vector<qint64> walked(const std::vector<std::pair<Turn, SlotWindow>>& windows,
+                                  Turn turn, const WindowBox& box)
 {
-    std::vector<SlotWindow> found;
+    std::vector<qint64> found;
+    qint64 order = 0;
     for (const auto& [laterTurn, later] : windows) {
-        const bool givesWay = later.start == own.start && later.end < own.end;
-        const bool stepsAside =
-            later.start < own.start && own.start <= later.end && later.end < own.end;
-        if (turn < laterTurn && (givesWay || stepsAside))
-            found.push_back(later);
+        const bool isInside = later.start >= box.firstStart && later.start <= box.lastStart &&
+                              later.end >= box.firstEnd && later.end <= box.lastEnd &&
+                              order >= box.firstOrder && order <= box.lastOrder;
+        if (turn < laterTurn && isInside)
+            found.push_back(order);
+        ++order;
     }
     return found;
+}
+
+static WindowBox randomBox(RandomSource& random, int range)
+{
+    WindowBox box;
+    if (random.chance(70))
+        box.firstStart = random.between(-4, range);
+    if (random.chance(70))
+        box.lastStart = random.chance(30) ? box.firstStart : random.between(-4, 2 * range);
+    if (random.chance(70))
+        box.firstEnd = random.between(-4, range);
+    if (random.chance(70))
+        box.lastEnd = random.between(-4, 2 * range);
+    if (random.chance(30))
+        box.firstOrder = random.below(30);
+    if (random.chance(30))
+        box.lastOrder = random.below(60);
+    return box;
 }
 
 static SlotWindow randomWindow(RandomSource& random, int range)
@@ -55,9 +75,16 @@ private slots:
                 }
             }
             for (Turn turn; turn != end; ++turn) {
-                const SlotWindow own = randomWindow(random, range);
-                const std::vector<SlotWindow> expected = walked(windows, turn, own);
-                QCOMPARE(later.find(turn, own), expected);
+                later.passOver(turn);
+                const WindowBox box = randomBox(random, range);
+                const std::vector<qint64> expected = walked(windows, turn, box);
+                std::vector<qint64> found;
+                for (const LaterWindows::Later& hit : later.find(box))
+                    found.push_back(hit.order);
+                QCOMPARE(found, expected);
+                QCOMPARE(size_t(later.count(box)), expected.size());
+                QCOMPARE(later.any(box), !expected.empty());
+                QCOMPARE(later.firstOrder(box), expected.empty() ? box.lastOrder : expected[0]);
                 hits += expected.size();
             }
         }
@@ -67,8 +94,10 @@ private slots:
     void searchAmongNothingFindsNothing()
     {
         LaterWindows later;
-        QVERIFY(later.find(Turn(0), window(0, 9)).empty());
-        QVERIFY(later.find(Turn(1), window(5, 2)).empty());
+        QVERIFY(!later.any({}));
+        later.add(Turn(0), window(1, 2));
+        later.passOver(Turn(0));
+        QVERIFY(later.find({}).empty());
     }
 
     void windowsOfTheSameTurnAreNotLater()
@@ -76,8 +105,10 @@ private slots:
         LaterWindows later;
         later.add(Turn(0), window(3, 4));
         later.add(Turn(1), window(3, 4));
-        QCOMPARE(later.find(Turn(0), window(3, 9)).size(), size_t(1));
-        QCOMPARE(later.find(Turn(1), window(3, 9)).size(), size_t(0));
+        later.passOver(Turn(0));
+        QCOMPARE(later.count({}), 1U);
+        later.passOver(Turn(1));
+        QCOMPARE(later.count({}), 0U);
     }
 
     void slotTableIsASetOfSlots()
@@ -99,6 +130,15 @@ private slots:
                     ++free;
                 QCOMPARE(table.firstFreeFrom(slot), free);
                 QCOMPARE(table.isTaken(slot), taken.count(slot) > 0);
+                qint32 before = slot - 1;
+                while (taken.count(before) > 0)
+                    --before;
+                QCOMPARE(table.lastFreeBefore(slot), qint64(before));
+                qint32 after = slot;
+                const int count = random.between(1, 40);
+                for (int left = count; left > 0; left -= taken.count(after) > 0 ? 0 : 1)
+                    ++after;
+                QCOMPARE(table.freeSlotAfter(slot, static_cast<quint32>(count)), qint64(after));
             }
         }
     }
@@ -112,6 +152,9 @@ private slots:
         table.take(last - 1);
         QCOMPARE(table.firstFreeFrom(last - 1), std::numeric_limits<qint32>::min());
         QCOMPARE(table.firstFreeFrom(last - 2), last - 2);
+        QCOMPARE(table.freeSlotAfter(last - 3, 1), qint64(last) - 2);
+        QCOMPARE(table.freeSlotAfter(last - 3, 2), qint64(last) + 1);
+        QCOMPARE(table.freeSlotAfter(last, 5), qint64(last) + 5);
     }
 };
 

@@ -4,6 +4,7 @@
 #include "planner/WindowText.h"
 #include "planner/documents/DocumentAccess.h"
 #include "planner/documents/DocumentWriter.h"
+#include "planner/documents/WrittenPieces.h"
 
 #include <QDir>
 
@@ -174,9 +175,74 @@ void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
     });
 }
 
-qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
+/// Whether the document is a single element with nothing behind its flows.
+bool isWholePiece(const tinyxml2::XMLDocument& document)
 {
-    qCDebug(planningLog) << path;
+    const XMLElement* root = document.RootElement();
+    return root && document.FirstChild() == root && document.LastChild() == root &&
+           root->LastChild() == root->FirstChildElement("flows");
+}
+
+/// Returns a planner to what it was ahead of a document.
+class StateBefore
+{
+public:
+    explicit StateBefore(TTPlanner& planner)
+        : m_planner(planner),
+          m_instances(planner.TTStreamInstanceList.size()),
+          m_hopBufferNum(planner.hopBufferNum),
+          m_maxRxSlot(planner.maxRxSlot),
+          m_schedCycle(planner.schedCycle),
+          m_slotLen(planner.slotLen)
+    {
+    }
+
+    void restore() const
+    {
+        m_planner.TTStreamInstanceList.resize(m_instances);
+        m_planner.hopBufferNum = m_hopBufferNum;
+        m_planner.maxRxSlot = m_maxRxSlot;
+        m_planner.schedCycle = m_schedCycle;
+        m_planner.slotLen = m_slotLen;
+    }
+
+private:
+    TTPlanner& m_planner;
+    size_t m_instances;
+    quint16 m_hopBufferNum;
+    qint32 m_maxRxSlot;
+    quint32 m_schedCycle;
+    quint32 m_slotLen;
+};
+
+/// Reads a document of just the written form without a tree of the whole; false, and nothing
+/// changed, for any other one.
+bool readPieces(TTPlanner& planner, const QString& path)
+{
+    const StateBefore before(planner);
+    WrittenPieces pieces(path);
+    tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
+    try {
+        while (pieces.next()) {
+            const QByteArray& text = pieces.document();
+            if (document.Parse(text.constData(), static_cast<size_t>(text.size())) !=
+                    tinyxml2::XML_SUCCESS ||
+                !isWholePiece(document))
+                break;
+            readDocument(planner, document);
+        }
+    } catch (const DocumentError&) {
+        // Told of when the whole is read, which knows the line.
+        before.restore();
+        return false;
+    }
+    if (!pieces.isComplete())
+        before.restore();
+    return pieces.isComplete();
+}
+
+qint32 readWhole(TTPlanner& planner, const QString& path)
+{
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
     if (document.LoadFile(path.toUtf8().constData()) != tinyxml2::XML_SUCCESS)
         return code::unreadable;
@@ -186,6 +252,19 @@ qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
     } catch (const DocumentError& damage) {
         qCDebug(planningLog).noquote() << "vek_hs.xml:" << damage.message();
         return code::unreadable;
+    }
+    return code::ok;
+}
+
+qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
+{
+    qCDebug(planningLog) << path;
+    if (readPieces(planner, path)) {
+        qCDebug(planningLog) << "parsing vek_hs.xml----------";
+    } else {
+        const qint32 result = readWhole(planner, path);
+        if (result != code::ok)
+            return result;
     }
     qCDebug(planningLog) << "parsing vek_hs.xml end----------";
     return code::ok;

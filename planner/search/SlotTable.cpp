@@ -3,6 +3,7 @@
 #include "planner/search/SlotWindow.h"
 
 #include <iterator>
+#include <limits>
 
 namespace planner
 {
@@ -30,8 +31,19 @@ qint64 SlotTable::lastFreeBefore(qint32 slot) const
     return std::prev(from)->first - qint64(1);
 }
 
-// Goes down towards the slot up to which this many of all slots from 0 on are free.
 qint64 SlotTable::freeSlotAfter(qint32 slot, quint32 count)
+{
+    constexpr quint32 few = 8; // run by run, which needs no counts
+    constexpr qint32 largest = std::numeric_limits<qint32>::max();
+    if (count > few || m_lastSlot == largest || slot >= largest - qint32(few))
+        return freeSlotByCounts(slot, count);
+    for (; count > 0; --count)
+        slot = firstFreeFrom(slot + 1);
+    return slot;
+}
+
+// Goes down towards the slot up to which this many of all slots from 0 on are free.
+qint64 SlotTable::freeSlotByCounts(qint32 slot, quint32 count)
 {
     prepareCounts();
     qint64 wanted = qint64(slot) + count;

@@ -44,6 +44,7 @@ private:
         quint32 taken = 0;
     };
 
+    qint64 freeSlotByCounts(qint32 slot, quint32 count);
     void countTaken(qint32 slot);
     void prepareCounts();
     qint64 takenUpTo(qint32 slot) const;

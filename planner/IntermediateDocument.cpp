@@ -162,7 +162,7 @@ TTStreamInstance readInstance(TTPlanner& planner, const XMLElement* element)
     return instance;
 }
 
-void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
+void readDocument(TTPlanner& planner, HopBudget& budget, const tinyxml2::XMLDocument& document)
 {
     const XMLElement* root = rootElement(document);
     planner.schedCycle = leadingNumber(root, "schedCycle");
@@ -171,6 +171,7 @@ void readDocument(TTPlanner& planner, const tinyxml2::XMLDocument& document)
         requiredChild(flow, "Instance");
         forEachSibling(flow, "Instance", [&](const XMLElement* instance) {
             planner.TTStreamInstanceList.push_back(readInstance(planner, instance));
+            budget.spend(hopsOf(planner.TTStreamInstanceList.back().paths));
         });
     });
 }
@@ -215,11 +216,21 @@ private:
     quint32 m_slotLen;
 };
 
+/// Several documents share one budget.
+HopBudget budgetLeftBy(const TTPlanner& planner)
+{
+    HopBudget budget(maxHops);
+    for (const TTStreamInstance& instance : planner.TTStreamInstanceList)
+        budget.spend(hopsOf(instance.paths));
+    return budget;
+}
+
 /// Reads a document of just the written form without a tree of the whole; false, and nothing
 /// changed, for any other one.
 bool readPieces(TTPlanner& planner, const QString& path)
 {
     const StateBefore before(planner);
+    HopBudget budget = budgetLeftBy(planner);
     WrittenPieces pieces(path);
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
     try {
@@ -229,8 +240,10 @@ bool readPieces(TTPlanner& planner, const QString& path)
                     tinyxml2::XML_SUCCESS ||
                 !isWholePiece(document))
                 break;
-            readDocument(planner, document);
+            readDocument(planner, budget, document);
         }
+    } catch (const DocumentTooLarge&) {
+        throw; // the whole would be too large all the more
     } catch (const DocumentError&) {
         // Told of when the whole is read, which knows the line.
         before.restore();
@@ -241,30 +254,29 @@ bool readPieces(TTPlanner& planner, const QString& path)
     return pieces.isComplete();
 }
 
-qint32 readWhole(TTPlanner& planner, const QString& path)
+/// Whether the file could be loaded; what it lacks is thrown.
+bool readWhole(TTPlanner& planner, const QString& path)
 {
+    HopBudget budget = budgetLeftBy(planner);
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
     if (document.LoadFile(path.toUtf8().constData()) != tinyxml2::XML_SUCCESS)
-        return code::unreadable;
+        return false;
     qCDebug(planningLog) << "parsing vek_hs.xml----------";
-    try {
-        readDocument(planner, document);
-    } catch (const DocumentError& damage) {
-        qCDebug(planningLog).noquote() << "vek_hs.xml:" << damage.message();
-        return code::unreadable;
-    }
-    return code::ok;
+    readDocument(planner, budget, document);
+    return true;
 }
 
 qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
 {
     qCDebug(planningLog) << path;
-    if (readPieces(planner, path)) {
-        qCDebug(planningLog) << "parsing vek_hs.xml----------";
-    } else {
-        const qint32 result = readWhole(planner, path);
-        if (result != code::ok)
-            return result;
+    try {
+        if (readPieces(planner, path))
+            qCDebug(planningLog) << "parsing vek_hs.xml----------";
+        else if (!readWhole(planner, path))
+            return code::unreadable;
+    } catch (const DocumentError& damage) {
+        qCDebug(planningLog).noquote() << "vek_hs.xml:" << damage.message();
+        return code::unreadable;
     }
     qCDebug(planningLog) << "parsing vek_hs.xml end----------";
     return code::ok;

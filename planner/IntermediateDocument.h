@@ -16,7 +16,8 @@ void writeHsDocument(const PlanningContext& context);
 ///
 /// Appends to TTStreamInstanceList and sets hopBufferNum, maxRxSlot, schedCycle and slotLen.
 /// Returns code::ok, code::unreadable for a file that does not load, lacks an element or has a
-/// window without two numbers, or code::folderMissing. Slot numbers of what is read are 0.
+/// window without two numbers, or holds more hops than maxHops, or code::folderMissing. Slot
+/// numbers of what is read are 0.
 qint32 readIntermediateDocument(TTPlanner& planner);
 
 } // namespace planner

@@ -5,6 +5,14 @@
 namespace planner
 {
 
+quint64 hopsOf(const std::list<VirtualLinkPath>& paths)
+{
+    quint64 hops = 0;
+    for (const VirtualLinkPath& path : paths)
+        hops += path.bridges.size() + 2;
+    return hops;
+}
+
 void PlanningContext::reset()
 {
     switchBufferNum = 0;

@@ -20,6 +20,16 @@ namespace planner
 /// Length of one slot in microseconds; the same for every network.
 constexpr qint32 slotLength_us = 200;
 
+/// Both stages together stay within this memory, whatever is planned.
+constexpr quint64 memoryLimit_bytes = quint64(6) << 30;
+
+/// What one hop of a transmission takes at most, the lists of both stages and all that a run keeps
+/// beside them counted; measured: up to 370.
+constexpr quint64 hopSize_bytes = 384;
+
+/// So many hops may the transmissions of a cycle have together; talkers and listeners count too.
+constexpr quint64 maxHops = memoryLimit_bytes / hopSize_bytes;
+
 /// What nodeIdOfName() returns for a name that no node has.
 constexpr quint32 unknownNode = 0xFFFFFFFFU;
 
@@ -114,6 +124,9 @@ inline quint32 instanceKey(const TTStreamInstance& instance)
 {
     return pairKey(instance.flowID, instance.seq);
 }
+
+/// The hops of the paths, with their talkers and listeners.
+quint64 hopsOf(const std::list<VirtualLinkPath>& paths);
 
 /// State of the first stage: the input document and what is derived from it.
 struct PlanningContext {

@@ -147,12 +147,22 @@ TTStreamInstance makeInstance(const TTFlow& flow, quint32 number)
     return instance;
 }
 
-quint64 countInstances(const PlanningContext& context)
+/// Incommensurable periods make a cycle of billions of transmissions, which no memory holds.
+bool fitsMemory(const PlanningContext& context)
 {
-    quint64 count = 0;
-    for (const TTFlow& flow : context.flows)
-        count += context.clusterCycle / flow.period;
-    return count;
+    quint64 instances = 0;
+    quint64 hops = 0;
+    for (const TTFlow& flow : context.flows) {
+        const quint64 count = context.clusterCycle / flow.period;
+        instances += count;
+        hops += count * hopsOf(flow.paths);
+    }
+    if (hops <= maxHops)
+        return true;
+    qCDebug(planningLog) << "planning: the cycle of" << context.clusterCycle << "us holds"
+                         << instances << "transmissions with" << hops << "hops, more than the"
+                         << maxHops << "that fit" << (memoryLimit_bytes >> 20) << "MiB";
+    return false;
 }
 
 } // namespace
@@ -175,12 +185,8 @@ qint32 preProcess(PlanningContext& context, const StageListener& listener)
     tell(listener, StagePart::Windows);
     if (windowResult != code::ok)
         return windowResult;
-    if (countInstances(context) > maxInstances) {
-        qCDebug(planningLog) << "planning: the cycle of" << context.clusterCycle << "us holds"
-                             << countInstances(context) << "transmissions, more than"
-                             << maxInstances;
+    if (!fitsMemory(context))
         return code::unreadable;
-    }
     expandInstances(context);
     tell(listener, StagePart::Expand);
     printTTStreamInstanceList(context.TTStreamInstanceList);

@@ -9,17 +9,15 @@
 namespace planner
 {
 
-/// Largest number of instances that a cluster cycle may hold.
-///
-/// Incommensurable periods make a cycle of billions of transmissions, which no memory holds. This
-/// many can be planned with patience: the second stage takes some 10 KiB for each.
-constexpr quint64 maxInstances = quint64(1) << 21;
+/// So many instances can a cluster cycle hold at most: as many as maxHops are enough for, when each
+/// passes a single switch.
+constexpr quint64 maxInstances = maxHops / 3;
 
 /// Runs the whole first stage in the current directory.
 ///
 /// Returns code::ok after OutputXML/vek_hs.xml was written (or could not be saved),
 /// code::folderMissing, code::refused for an unreasonable time window, or code::unreadable for a
-/// document that readInputDocument() cannot read or whose cycle would hold more than maxInstances.
+/// document that readInputDocument() cannot read or whose cycle would hold more hops than maxHops.
 qint32 preProcess(PlanningContext& context);
 
 /// The same, with the ends of its parts told to a listener.

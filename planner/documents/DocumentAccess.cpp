@@ -18,6 +18,15 @@ QString DocumentError::message() const
     return QString::fromUtf8(what());
 }
 
+void HopBudget::spend(quint64 hops)
+{
+    m_spent += hops;
+    if (m_spent > m_limit) {
+        throw DocumentTooLarge(
+            QStringLiteral("its transmissions have more than %1 hops").arg(m_limit));
+    }
+}
+
 const tinyxml2::XMLElement* rootElement(const tinyxml2::XMLDocument& document)
 {
     const tinyxml2::XMLElement* root = document.FirstChildElement();

@@ -25,6 +25,27 @@ public:
     QString message() const;
 };
 
+/// Thrown where a document holds more than both stages have memory for.
+class DocumentTooLarge : public DocumentError
+{
+public:
+    using DocumentError::DocumentError;
+};
+
+/// Counts what is read against a limit.
+class HopBudget
+{
+public:
+    explicit HopBudget(quint64 hops) : m_limit(hops) {}
+
+    /// DocumentTooLarge when this is more than what is left.
+    void spend(quint64 hops);
+
+private:
+    quint64 m_limit;
+    quint64 m_spent = 0;
+};
+
 /// The first element of the document, whatever its name; DocumentError when there is none.
 const tinyxml2::XMLElement* rootElement(const tinyxml2::XMLDocument& document);
 

@@ -1,5 +1,6 @@
 #include "planner/IntermediateDocument.h"
 #include "planner/DebugDump.h"
+#include "planner/documents/DocumentAccess.h"
 #include "planner/documents/WrittenPieces.h"
 
 #include "tests/support/Documents.h"
@@ -119,6 +120,14 @@ private slots:
         QCOMPARE(reading.first(), QStringLiteral("0"));
         // A blank ahead of it is no form that is cut.
         QCOMPARE(reading, readingOf(' ' + written));
+    }
+
+    void budgetEndsWithItsLastHop()
+    {
+        HopBudget budget(7);
+        budget.spend(4);
+        budget.spend(3);
+        QVERIFY_EXCEPTION_THROWN(budget.spend(1), DocumentTooLarge);
     }
 
     void piecesFollowTheWrittenFormAndNoOther()

@@ -346,7 +346,23 @@ private slots:
         QCOMPARE(preProcess(context), code::unreadable);
         QCOMPARE(log.lines().last(),
                  QStringLiteral("planning: the cycle of 4294967291 us holds 4294967292 "
-                                "transmissions, more than 2097152"));
+                                "transmissions with 12884901876 hops, more than the 16777216 that "
+                                "fit 6144 MiB"));
+    }
+
+    // Fewer transmissions of longer paths take as much memory as many short ones.
+    void hopsAreLimitedAndNotTransmissions()
+    {
+        const LogCapture log;
+        InputText input = lineNetwork(98, 4);
+        addFlow(input, 1, "200", "[0,1000]", "[0,4000000]");
+        addFlow(input, 2, "33600000", "[0,1000]", "[0,4000000]");
+        input.save();
+        PlanningContext context;
+        QCOMPARE(preProcess(context), code::unreadable);
+        QVERIFY(log.lines().last().startsWith(
+            QStringLiteral("planning: the cycle of 33600000 us holds 168001 transmissions with "
+                           "16800100 hops, more than")));
     }
 
     void inputCodesArePassedOn()

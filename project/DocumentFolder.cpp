@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <tinyxml2.h>
+
 QString inputFolder()
 {
     return QStringLiteral("ResourceXML");

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <tinyxml2.h>
-
 #include <QString>
 
 #include <functional>
+
+namespace tinyxml2
+{
+class XMLElement;
+} // namespace tinyxml2
 
 // Where the studio keeps its documents and how it finds them.
 

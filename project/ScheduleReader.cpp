@@ -3,6 +3,8 @@
 #include "project/DocumentFolder.h"
 #include "project/TolerantReader.h"
 
+#include <tinyxml2.h>
+
 using Element = TolerantReader::Element;
 
 namespace

@@ -2,6 +2,8 @@
 
 #include <QDebug>
 
+#include <tinyxml2.h>
+
 TolerantReader::Element TolerantReader::child(Element parent, const char* name)
 {
     if (!parent)

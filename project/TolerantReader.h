@@ -1,10 +1,13 @@
 #pragma once
 
-#include <tinyxml2.h>
-
 #include <QString>
 
 #include <functional>
+
+namespace tinyxml2
+{
+class XMLElement;
+} // namespace tinyxml2
 
 /// Walks one document, passing over missing parts and counting them.
 ///

@@ -126,12 +126,15 @@ void deriveBridgeWindows(Context& context)
         joinSharedPorts(flow);
 }
 
-bool tooManyInstances(const Context& context)
+/// A talker and a listener are hops as well as each bridge between them.
+bool tooManyHops(const Context& context)
 {
-    quint64 count = 0;
-    for (const Flow& flow : context.flows)
-        count += context.clusterCycle / flow.period;
-    return count > (quint64(1) << 21);
+    quint64 hops = 0;
+    for (const Flow& flow : context.flows) {
+        for (const Path& path : flow.paths)
+            hops += context.clusterCycle / flow.period * (path.bridges.size() + 2);
+    }
+    return hops > 16777216;
 }
 
 void shift(Window& window, qint32 distance)
@@ -212,7 +215,7 @@ qint32 preProcess(Context& context)
     code = checkTimeWindows(context);
     if (code != 0)
         return code;
-    if (tooManyInstances(context))
+    if (tooManyHops(context))
         return -1;
     expandInstances(context);
     printInstances(context.instances);

@@ -99,12 +99,12 @@ void changeFlow(RandomSource& random, NetworkDraft& draft, DraftFlow& flow)
     }
 }
 
-/// Periods whose common multiple leaves 32 bits, or whose cycle holds too many instances.
+/// Periods whose common multiple leaves 32 bits, or whose cycle holds too many hops.
 void changePeriods(RandomSource& random, NetworkDraft& draft)
 {
     const bool refused = random.chance(30);
     for (DraftFlow& flow : draft.flows)
-        flow.period = refused ? 3000001U
+        flow.period = refused ? 30000001U
                               : random.pick({200000000U, 1000000007U, 3999999979U, 2147483648U,
                                              400000000U, 4294967295U});
     if (refused)

@@ -42,7 +42,7 @@ enum class Kind {
     MissingHop,          ///< a sender or listener on a path without a slot in the plan
     HopOffPath,          ///< a sender or listener that is on no path of the virtual link
     WrongPort,           ///< a node of the path at a port that the path does not use
-    MissingLink,         ///< two neighbours on a path that no link joins; port 0 is all it has
+    MissingLink,         ///< no link joins a node to its neighbour on a path; found: the neighbour
 
     // What is allowed and matters to an engineer.
     UnevenPeriod,       ///< microseconds of a period that is no multiple of a slot; allowed: slot
@@ -95,6 +95,7 @@ struct Finding {
 };
 
 bool operator==(const Transmission& a, const Transmission& b);
+bool operator<(const Transmission& a, const Transmission& b);
 bool operator==(const Finding& a, const Finding& b);
 
 /// The order of a report: faults first, then by kind, node, port, slot, transmissions, numbers.

@@ -56,6 +56,7 @@ struct FlowStep {
 struct FlowEnd {
     int from = 0;
     int listener = 0;
+    int talker = 0; ///< the sender that the path begins with, a place in hops
 };
 
 /// Two neighbours on a path that no link joins; nodeID of both.

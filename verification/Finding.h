@@ -16,7 +16,9 @@ enum class Severity {
 
 /// What a finding is about; the comments tell the numbers that disagree, as found: low to high.
 ///
-/// Kinds are in the order in which findings of equal severity are reported.
+/// Kinds are in the order in which findings of equal severity are reported. A kind has one
+/// severity, but for the two receive slots: they are remarks where the rules give them to frames
+/// that are in order, and faults everywhere else.
 enum class Kind {
     // Of a document as a whole.
     DamagedDocument, ///< a part is missing or no number; detail says which part of which line

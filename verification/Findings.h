@@ -8,7 +8,7 @@
 namespace verification
 {
 
-/// The severity that every finding of a kind has.
+/// The severity that a finding of a kind has unless its maker says otherwise.
 Severity severityOf(Kind kind);
 
 /// Puts a finding together, part by part.
@@ -21,6 +21,11 @@ public:
         m_finding.severity = severityOf(kind);
     }
 
+    FindingMaker& as(Severity severity)
+    {
+        m_finding.severity = severity;
+        return *this;
+    }
     FindingMaker& at(int node)
     {
         m_finding.node = node;

@@ -16,8 +16,9 @@ void FlowTree::addSender(int node, int outport, int inport)
     const auto next = static_cast<int>(m_flow.hops.size());
     const auto place = m_hops.emplace(std::make_tuple(node, m_inport, outport), next);
     if (place.second)
-        m_flow.hops.push_back({node, m_inport, outport});
+        m_flow.hops.push_back({node, m_inport, outport, 0});
     const int hop = place.first->second;
+    ++m_flow.hops[static_cast<size_t>(hop)].paths;
     if (m_last >= 0 && m_steps.emplace(m_last, hop).second)
         m_flow.steps.push_back({m_last, hop});
     m_first = m_last < 0 ? hop : m_first;

@@ -32,6 +32,7 @@ struct FlowHop {
     int node = 0;
     int inport = 0;
     int outport = 0;
+    int paths = 0; ///< how many paths of the flow lead through it
 
     static constexpr int noPort = -1;
 

@@ -58,12 +58,25 @@ void PathCheck::checkStep(const HopSlots& hops, const FlowStep& step)
     const HopSlots::Entry& now = hops.hops()[static_cast<size_t>(step.to)];
     if (!before.known || !now.known)
         return;
-    const FlowHop& hop = hops.flow().hops[static_cast<size_t>(step.to)];
     if (now.receive != before.send)
-        add(FindingMaker(Kind::ReceiveSlot)
-                .at(hop.node, hop.inport, now.receive)
-                .numbers(now.receive, before.send, before.send));
-    checkOrder(hop, before.send, now.send);
+        checkReceiveSlot(hops, step);
+    checkOrder(hops.flow().hops[static_cast<size_t>(step.to)], before.send, now.send);
+}
+
+// A sender that several paths share has the one row of the first of them, and the switches behind
+// it still expect the frame in the slots of their own paths. The rules know no better; the frame
+// itself moves on in order.
+void PathCheck::checkReceiveSlot(const HopSlots& hops, const FlowStep& step)
+{
+    const FlowHop& sender = hops.flow().hops[static_cast<size_t>(step.from)];
+    const FlowHop& hop = hops.flow().hops[static_cast<size_t>(step.to)];
+    const HopSlots::Entry& now = hops.hops()[static_cast<size_t>(step.to)];
+    const qint64 sent = hops.hops()[static_cast<size_t>(step.from)].send;
+    const bool byTheRules = sender.paths > 1 && now.receive < now.send;
+    add(FindingMaker(Kind::ReceiveSlot)
+            .as(byTheRules ? Severity::Remark : Severity::Fault)
+            .at(hop.node, hop.inport, now.receive)
+            .numbers(now.receive, sent, sent));
 }
 
 void PathCheck::checkOrder(const FlowHop& hop, qint64 sentBefore, qint64 send)
@@ -83,23 +96,36 @@ void PathCheck::checkEnd(const HopSlots& hops, const FlowEnd& end)
     const HopSlots::Entry& last = hops.hops()[static_cast<size_t>(end.from)];
     const HopSlots::Arrival& arrival = hops.arrivals()[static_cast<size_t>(end.listener)];
     const FlowListener& listener = hops.flow().listeners[static_cast<size_t>(end.listener)];
-    if (arrival.known && last.known && arrival.slot != last.send)
-        add(FindingMaker(Kind::ListenerSlot)
-                .at(listener.node, listener.inport, arrival.slot)
-                .numbers(arrival.slot, last.send, last.send));
-    if (!listener.hasWindow)
-        return;
-    const SlotRange window = listener.window.shiftedBy(m_shift);
-    const auto checkWindow = [&](qint64 slot) {
-        if (!window.contains(slot))
-            add(FindingMaker(Kind::ReceiveWindow)
-                    .at(listener.node, listener.inport, slot)
-                    .numbers(slot, window.first, window.last));
-    };
+    const bool differs = arrival.known && last.known && arrival.slot != last.send;
+    if (differs)
+        checkListenerSlot(hops, end);
     if (arrival.known)
-        checkWindow(arrival.slot);
-    if (last.known && !(arrival.known && arrival.slot == last.send))
-        checkWindow(last.send);
+        checkReceiveWindow(listener, arrival.slot);
+    if (last.known && (differs || !arrival.known))
+        checkReceiveWindow(listener, last.send);
+}
+
+// The rules take a listener's slot from the start of its window, before which nothing may come;
+// that the frame comes later is no harm to it.
+void PathCheck::checkListenerSlot(const HopSlots& hops, const FlowEnd& end)
+{
+    const FlowListener& listener = hops.flow().listeners[static_cast<size_t>(end.listener)];
+    const qint64 expected = hops.arrivals()[static_cast<size_t>(end.listener)].slot;
+    const qint64 sent = hops.hops()[static_cast<size_t>(end.from)].send;
+    const bool shared = hops.flow().hops[static_cast<size_t>(end.from)].paths > 1;
+    add(FindingMaker(Kind::ListenerSlot)
+            .as(expected < sent || shared ? Severity::Remark : Severity::Fault)
+            .at(listener.node, listener.inport, expected)
+            .numbers(expected, sent, sent));
+}
+
+void PathCheck::checkReceiveWindow(const FlowListener& listener, qint64 slot)
+{
+    const SlotRange window = listener.window.shiftedBy(m_shift);
+    if (listener.hasWindow && !window.contains(slot))
+        add(FindingMaker(Kind::ReceiveWindow)
+                .at(listener.node, listener.inport, slot)
+                .numbers(slot, window.first, window.last));
 }
 
 void PathCheck::checkPresence(const HopSlots& hops)

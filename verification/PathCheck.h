@@ -21,8 +21,11 @@ public:
 private:
     void checkTalkers(const HopSlots& hops);
     void checkStep(const HopSlots& hops, const FlowStep& step);
+    void checkReceiveSlot(const HopSlots& hops, const FlowStep& step);
     void checkOrder(const FlowHop& hop, qint64 sentBefore, qint64 send);
     void checkEnd(const HopSlots& hops, const FlowEnd& end);
+    void checkListenerSlot(const HopSlots& hops, const FlowEnd& end);
+    void checkReceiveWindow(const FlowListener& listener, qint64 slot);
     void checkPresence(const HopSlots& hops);
     void checkStrays(const HopSlots& hops);
     void add(const FindingMaker& maker);

@@ -113,3 +113,11 @@ bool TimeSlotInfo::viewportEvent(QEvent* event)
     QToolTip::showText(help->globalPos(), toolTipAt(cell), viewport(), visualRect(cell));
     return true;
 }
+
+void TimeSlotInfo::keyPressEvent(QKeyEvent* event)
+{
+    QTableWidget::keyPressEvent(event);
+    const QRect rect = visualRect(currentIndex());
+    QToolTip::showText(viewport()->mapToGlobal(rect.center()), toolTipAt(currentIndex()),
+                       viewport(), rect);
+}

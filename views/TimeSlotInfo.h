@@ -37,6 +37,8 @@ public:
 protected:
     /// Shows the tool tip of a used cell; it is composed when asked for.
     bool viewportEvent(QEvent* event) override;
+    /// Whoever walks over the cells by keys sees their tool tips too.
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QString toolTipAt(const QModelIndex& cell) const;

@@ -77,7 +77,7 @@ struct ShownGrid {
     }
     ~ShownGrid() { QToolTip::hideText(); }
 
-    QString toolTipAt(int row, int column) const
+    QString toolTipAt(int row, int column)
     {
         askForToolTip(table, table.model()->index(row, column));
         return QToolTip::text();
@@ -200,20 +200,20 @@ private slots:
 
     void usedCellNamesItsFlowAsTheCardsDo()
     {
-        const ShownGrid grid({{2, {{5, slotSet({1, 3})}}}, {7, {{6, slotSet({3})}}}}, 5);
+        ShownGrid grid({{2, {{5, slotSet({1, 3})}}}, {7, {{6, slotSet({3})}}}}, 5);
         QCOMPARE(grid.toolTipAt(0, 4), QStringLiteral(u"流id 5-1"));
         QCOMPARE(grid.toolTipAt(1, 4), QStringLiteral(u"流id 6-0"));
     }
 
     void sharedSlotNamesAllItsFlowsAndSaysSo()
     {
-        const ShownGrid grid({{2, {{25, slotSet({3})}, {10, slotSet({1, 3})}}}}, 5);
+        ShownGrid grid({{2, {{25, slotSet({3})}, {10, slotSet({1, 3})}}}}, 5);
         QCOMPARE(grid.toolTipAt(0, 4), QStringLiteral(u"流id 10-1\n流id 25-0\n多个流共用此时隙"));
     }
 
     void unusedCellAndPortColumnHaveNoToolTip()
     {
-        const ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
+        ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
         for (int column : {3, 0}) {
             QVERIFY(!grid.toolTipAt(0, 2).isEmpty());
             QVERIFY(QToolTip::isVisible());
@@ -227,6 +227,16 @@ private slots:
         ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
         grid.table.showPorts({{2, {{8, slotSet({1})}}}}, 5);
         QCOMPARE(grid.toolTipAt(0, 2), QStringLiteral(u"流id 8-0"));
+    }
+
+    void walkingByKeysShowsToolTips()
+    {
+        ShownGrid grid({{2, {{5, slotSet({0})}}}}, 5);
+        grid.table.setCurrentCell(0, 0);
+        QTest::keyClick(&grid.table, Qt::Key_Right);
+        QCOMPARE(QToolTip::text(), QStringLiteral(u"流id 5-0"));
+        QTest::keyClick(&grid.table, Qt::Key_Right);
+        QTRY_VERIFY(!QToolTip::isVisible());
     }
 
     // ---- Cards

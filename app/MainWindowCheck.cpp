@@ -6,6 +6,7 @@
 #include "project/DocumentFolder.h"
 #include "views/TimeSlotInfo.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDebug>
 #include <QDockWidget>
@@ -54,6 +55,8 @@ void MainWindow::showPlanCheckForm()
         connect(planCheckForm, &PlanCheckForm::placeChosen, this, &MainWindow::showPlace);
         planCheckForm->showCheck(planCheck);
         planCheckForm->setModal(false);
+        // Over the drawing, so that the tables to which its rows lead stay in view.
+        planCheckForm->move(mapToGlobal(QPoint(qMax(0, width() - planCheckForm->width()), 0)));
     }
     planCheckForm->show();
     planCheckForm->raise();
@@ -120,6 +123,10 @@ void MainWindow::showPlace(const PlanPlace& place)
     const qint64 slot = slotOf(place, ports);
     const bool hasCell = slot >= 0 && slot < view.table->columnCount() - 1;
     view.table->setCurrentCell(row, hasCell ? int(slot) + 1 : 0);
-    view.table->scrollTo(view.table->currentIndex(), QAbstractItemView::PositionAtCenter);
+    view.table->scrollTo(view.table->model()->index(row, 0)); // the port's name, if there is room
+    view.table->scrollTo(view.table->currentIndex());
     view.table->setFocus(); // for the keys, once the main window is active again
+    // The release of a double click would take the tool tip away at once.
+    if (QApplication::mouseButtons() == Qt::NoButton)
+        view.table->showToolTip(view.table->currentIndex());
 }

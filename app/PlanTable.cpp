@@ -162,7 +162,7 @@ PlanTable latencyTable(const SharedPlanCheck& check)
          [=](int row) { return textCell(check->nodeName(at(row).talker)); }},
         {QStringLiteral(u"接收端"),
          [=](int row) { return textCell(check->nodeName(at(row).listener)); }},
-        {QStringLiteral(u"发送次数"),
+        {QStringLiteral(u"次数"),
          [=](int row) { return numberCell(qint64(at(row).transmissions)); }},
         {QStringLiteral(u"最小(时隙)"), number(&FlowLatency::smallest, 1)},
         {QStringLiteral(u"最大(时隙)"), number(&FlowLatency::largest, 1)},

@@ -114,10 +114,14 @@ bool TimeSlotInfo::viewportEvent(QEvent* event)
     return true;
 }
 
+void TimeSlotInfo::showToolTip(const QModelIndex& cell)
+{
+    const QRect rect = visualRect(cell);
+    QToolTip::showText(viewport()->mapToGlobal(rect.center()), toolTipAt(cell), viewport(), rect);
+}
+
 void TimeSlotInfo::keyPressEvent(QKeyEvent* event)
 {
     QTableWidget::keyPressEvent(event);
-    const QRect rect = visualRect(currentIndex());
-    QToolTip::showText(viewport()->mapToGlobal(rect.center()), toolTipAt(currentIndex()),
-                       viewport(), rect);
+    showToolTip(currentIndex());
 }

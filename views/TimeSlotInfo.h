@@ -34,6 +34,9 @@ public:
     /// Columns beyond this number would take more memory than a view is worth.
     static constexpr int mostSlots = 100000;
 
+    /// Shows the tool tip of a cell beside it, without a mouse; that of an unused cell is none.
+    void showToolTip(const QModelIndex& cell);
+
 protected:
     /// Shows the tool tip of a used cell; it is composed when asked for.
     bool viewportEvent(QEvent* event) override;

@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 #include <QScrollBar>
+#include <QToolTip>
 
 // The form of the plan check: its life, its pages, the places that its rows lead to, and copying.
 
@@ -228,6 +229,7 @@ private slots:
         studio.openForm();
         QTest::keyClick(studio.table("findingTable"), Qt::Key_Return);
         QCOMPARE(studio.currentPlace(), QStringLiteral("S2 0 6"));
+        QCOMPARE(QToolTip::text(), QStringLiteral(u"流id 10-0\n流id 25-0\n多个流共用此时隙"));
         QVERIFY(studio.form());
         studio.clickNode(QStringLiteral("A"));
         clickButton(studio.form(), "goButton");

@@ -17,7 +17,7 @@ struct SlotRange {
     qint64 last = 0;
 
     bool contains(qint64 slot) const { return first <= slot && slot <= last; }
-    SlotRange shiftedBy(qint64 slots) const { return {first + slots, last + slots}; }
+    SlotRange shiftedBy(qint64 count) const { return {first + count, last + count}; }
 };
 
 struct NetworkNode {

@@ -1,5 +1,6 @@
 #include "verification/PlanFigures.h"
 #include "verification/PlanVerifier.h"
+#include "verification/ScheduleDocument.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/RandomSource.h"
@@ -36,6 +37,20 @@ QStringList caseFolders()
     return folders;
 }
 
+/// A document that can be taken apart gives, piece by piece, what its tree gives.
+void checkPieces(const QByteArray& output, const tinyxml2::XMLDocument& tree,
+                 const PlanRecords& plan)
+{
+    PlanRecords byPieces;
+    if (!readScheduleByPieces(output, byPieces.schedule, byPieces.damage))
+        return;
+    if (tree.Error() || byPieces.schedule.hops.size() != plan.schedule.hops.size() ||
+        byPieces.schedule.transmissions.size() != plan.schedule.transmissions.size() ||
+        byPieces.schedule.cycle_us != plan.schedule.cycle_us ||
+        !std::equal(byPieces.damage.rbegin(), byPieces.damage.rend(), plan.damage.rbegin()))
+        qFatal("pieces and tree differ: %s", output.constData());
+}
+
 /// Examines a plan in every way there is; the findings of a repetition must be the same.
 Verification examine(const QByteArray& input, const QByteArray& output)
 {
@@ -44,6 +59,7 @@ Verification examine(const QByteArray& input, const QByteArray& output)
     inputTree.Parse(input.constData(), static_cast<size_t>(input.size()));
     outputTree.Parse(output.constData(), static_cast<size_t>(output.size()));
     const PlanRecords plan = readPlan(inputTree, outputTree);
+    checkPieces(output, outputTree, plan);
     Verification verification = verifyPlan(plan);
     figuresOf(plan);
     if (!std::is_sorted(verification.findings.begin(), verification.findings.end()) ||

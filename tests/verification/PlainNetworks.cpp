@@ -46,7 +46,7 @@ private:
 
     DraftNode& switchNode(int number)
     {
-        return m_draft.nodes[static_cast<size_t>(m_hosts + number)];
+        return m_draft.nodes[static_cast<size_t>(m_hosts) + static_cast<size_t>(number)];
     }
 
     void linkNodes()

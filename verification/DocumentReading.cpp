@@ -1,5 +1,8 @@
 #include "verification/DocumentReading.h"
 
+#include "verification/TextScan.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace verification
@@ -8,28 +11,16 @@ namespace verification
 namespace
 {
 
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-const char* skipBlanks(const char* text)
-{
-    while (isBlank(*text))
-        ++text;
-    return text;
 }
 
 /// Reads a whole text as a number; ten digits hold every number that a document may carry.
 bool parseNumber(const char* text, qint64& value)
 {
     constexpr int mostDigits = 10;
-    text = skipBlanks(text);
+    skipBlanks(text);
     const bool negative = *text == '-';
     if (negative)
         ++text;
@@ -40,7 +31,8 @@ bool parseNumber(const char* text, qint64& value)
             return false;
         read = read * 10 + (*text - '0');
     }
-    if (digits == 0 || *skipBlanks(text) != '\0')
+    skipBlanks(text);
+    if (digits == 0 || *text != '\0')
         return false;
     value = negative ? -read : read;
     return true;
@@ -59,12 +51,24 @@ DocumentReading::DocumentReading(QString document, std::vector<Finding>& damage)
 {
 }
 
+void DocumentReading::beginPiece(const char* text, const char* piece)
+{
+    m_text = text;
+    m_piece = piece;
+}
+
+// Counted when something is to be reported, since counting costs as much as reading.
+int DocumentReading::lineOf(Element where) const
+{
+    return static_cast<int>(std::count(m_text, m_piece, '\n')) + where->GetLineNum();
+}
+
 void DocumentReading::report(Element where, const QString& what)
 {
-    m_damage.push_back(
-        damageOf(where ? QStringLiteral("%1 line %2: %3")
-                             .arg(m_document, QString::number(where->GetLineNum()), what)
-                       : QStringLiteral("%1: %2").arg(m_document, what)));
+    m_damage.push_back(damageOf(
+        where
+            ? QStringLiteral("%1 line %2: %3").arg(m_document, QString::number(lineOf(where)), what)
+            : QStringLiteral("%1: %2").arg(m_document, what)));
 }
 
 DocumentReading::Element DocumentReading::child(Element parent, const char* name)

@@ -37,8 +37,16 @@ public:
 
     void report(Element where, const QString& what);
 
+    /// Elements that follow are of a tree of their own, which begins at a place in the document's
+    /// text; both must stay for as long as such elements come.
+    void beginPiece(const char* text, const char* piece);
+
 private:
+    int lineOf(Element where) const;
+
     QString m_document;
+    const char* m_text = nullptr; ///< of the document, and where the tree begins in it
+    const char* m_piece = nullptr;
     std::vector<Finding>& m_damage;
 };
 

@@ -47,7 +47,7 @@ enum class Kind {
     MissingLink,         ///< no link joins a node to its neighbour on a path; found: the neighbour
 
     // What is allowed and matters to an engineer.
-    UnevenPeriod,       ///< microseconds of a period that is no multiple of a slot; allowed: slot
+    UnevenPeriod,       ///< microseconds by which a period exceeds whole slots: 0
     RepeatedFlowNumber, ///< several TT flows share a number; found: how many, allowed: 1
     UnlistedTalkerPort, ///< a talker sends on a second port, which the schedule has no row for
     UnaskedListener,    ///< a path ends at a listener for which the flow has no receive window

@@ -66,10 +66,10 @@ void checkPresent(const NetworkFlow& flow, std::vector<qint64> present, qint64 a
 
 void checkPeriod(const NetworkFlow& flow, FindingList& findings)
 {
-    if (flow.period_us % slotLength_us != 0)
-        findings.push_back(FindingMaker(Kind::UnevenPeriod)
-                               .ofFlow(flow.flowID)
-                               .numbers(flow.period_us, slotLength_us, slotLength_us));
+    const qint64 rest = flow.period_us % slotLength_us;
+    if (rest != 0)
+        findings.push_back(
+            FindingMaker(Kind::UnevenPeriod).ofFlow(flow.flowID).numbers(rest, 0, 0));
 }
 
 void checkFrame(const NetworkFlow& flow, FindingList& findings)

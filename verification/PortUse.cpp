@@ -21,8 +21,9 @@ qint64 PortUse::startInCycle(qint64 slot) const
 
 void PortUse::add(int node, int port, qint64 slot, const ScheduledTransmission& transmission)
 {
+    const auto instance = static_cast<size_t>(&transmission - m_schedule.transmissions.data());
     m_uses.push_back(
-        {node, port, startInCycle(slot), slot, {transmission.flowID, transmission.seq}});
+        {node, port, startInCycle(slot), slot, {transmission.flowID, transmission.seq}, instance});
 }
 
 void PortUse::addSchedule()
@@ -51,7 +52,7 @@ void PortUse::addImplied(const ScheduledTransmission& transmission, const HopSlo
 void PortUse::finish()
 {
     const auto orderOf = [](const Use& use) {
-        return std::tie(use.node, use.port, use.start_us, use.slot, use.transmission);
+        return std::tie(use.node, use.port, use.start_us, use.slot, use.transmission, use.instance);
     };
     std::sort(m_uses.begin(), m_uses.end(),
               [&](const Use& a, const Use& b) { return orderOf(a) < orderOf(b); });

@@ -40,6 +40,7 @@ private:
         qint64 start_us = 0; ///< in the cycle
         qint64 slot = 0;     ///< as in the document
         Transmission transmission;
+        size_t instance = 0; ///< place in the schedule; numbers need not be anybody's own
     };
     using Uses = std::vector<Use>;
     /// Uses of one port that start at one time of the cycle: from first to behind last.

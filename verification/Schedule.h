@@ -15,6 +15,8 @@ struct ScheduledHop {
     int outport = 0;
     qint64 receiveSlot = 0;
     qint64 sendSlot = 0;
+
+    static constexpr int noPort = -1; ///< in place of the inport of a talker
 };
 
 struct ScheduledListener {

@@ -1,6 +1,8 @@
 #include "verification/ScheduleDocument.h"
 
 #include "verification/DocumentReading.h"
+#include "verification/InstanceText.h"
+#include "verification/SchedulePieces.h"
 
 namespace verification
 {
@@ -21,16 +23,37 @@ public:
 
     void read(Element root)
     {
-        m_schedule.cycle_us = 0;
-        m_schedule.slotLength_us = 0;
-        m_reading.number(root, "schedCycle", m_schedule.cycle_us);
-        m_reading.number(root, "slotLen", m_schedule.slotLength_us);
+        readFrame(root);
         forEachInList(m_reading.child(root, "flows"), "flow", [this](Element flow) {
             forEachInList(flow, "Instance", [this](Element instance) { readInstance(instance); });
         });
     }
 
+    /// False when a piece does not parse by itself; text is that of the whole document.
+    bool read(const SchedulePieces& pieces, const char* text)
+    {
+        readFrame(pieces.frame());
+        tinyxml2::XMLDocument piece(true, tinyxml2::PRESERVE_WHITESPACE);
+        for (const SchedulePieces::Piece& instance : pieces.instances()) {
+            if (InstanceText(instance.begin).appendTo(m_schedule))
+                continue;
+            if (piece.Parse(instance.begin, instance.length) != tinyxml2::XML_SUCCESS)
+                return false;
+            m_reading.beginPiece(text, instance.begin);
+            readInstance(piece.FirstChildElement());
+        }
+        return true;
+    }
+
 private:
+    void readFrame(Element root)
+    {
+        m_schedule.cycle_us = 0;
+        m_schedule.slotLength_us = 0;
+        m_reading.number(root, "schedCycle", m_schedule.cycle_us);
+        m_reading.number(root, "slotLen", m_schedule.slotLength_us);
+    }
+
     void readInstance(Element instance)
     {
         const Element slots = m_reading.child(instance, "path_slot");
@@ -54,7 +77,7 @@ private:
     bool readTalker(Element talker)
     {
         ScheduledHop hop;
-        hop.inport = Finding::nowhere;
+        hop.inport = ScheduledHop::noPort;
         if (!talker || !readSending(talker, hop))
             return false;
         m_schedule.hops.push_back(hop);
@@ -114,6 +137,20 @@ void readSchedule(const tinyxml2::XMLElement& root, Schedule& schedule,
                   std::vector<Finding>& damage)
 {
     ScheduleReading(schedule, damage).read(&root);
+}
+
+bool readScheduleByPieces(const QByteArray& bytes, Schedule& schedule, std::vector<Finding>& damage)
+{
+    const SchedulePieces pieces(bytes);
+    if (!pieces.isUsual())
+        return false;
+    const Schedule before = schedule;
+    const size_t damageBefore = damage.size();
+    if (ScheduleReading(schedule, damage).read(pieces, bytes.constData()))
+        return true;
+    schedule = before;
+    damage.resize(damageBefore);
+    return false;
 }
 
 } // namespace verification

@@ -19,4 +19,9 @@ namespace verification
 void readSchedule(const tinyxml2::XMLElement& root, Schedule& schedule,
                   std::vector<Finding>& damage);
 
+/// The same from the text of a document; false when it has to be read as a whole, and then nothing
+/// was changed.
+bool readScheduleByPieces(const QByteArray& bytes, Schedule& schedule,
+                          std::vector<Finding>& damage);
+
 } // namespace verification

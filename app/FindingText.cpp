@@ -43,7 +43,7 @@ constexpr KindText kindTexts[] = {
     {Kind::HopOffPath, u"节点不在路径上", u"虚链路不经过该节点"},
     {Kind::WrongPort, u"端口与路径不符", u"虚链路不经过该端口"},
     {Kind::MissingLink, u"缺少链路", u"路径上的下一个节点是%4，两者之间没有链路"},
-    {Kind::UnevenPeriod, u"周期不是时隙的整数倍", u"周期 %1us，时隙 %2us"},
+    {Kind::UnevenPeriod, u"周期不是时隙的整数倍", u"周期比整数个时隙多 %1us"},
     {Kind::RepeatedFlowNumber, u"流标识重复", u"%1 条 TT 流使用同一流标识"},
     {Kind::UnlistedTalkerPort, u"发送端口未列出", u"发送端还用这个端口发送，调度表没有它的一行"},
     {Kind::UnaskedListener, u"接收端没有接收窗口", u"虚链路通到该节点，流没有给它接收窗口"},

@@ -35,6 +35,23 @@ private slots:
         QVERIFY(!studio.form()->findChild<QPushButton*>(QStringLiteral("goButton"))->isEnabled());
     }
 
+    void exampleThatSucceedsYetIsNotSoundIsTold()
+    {
+        CheckedStudio studio;
+        studio.plan("succeeds-not-sound");
+        studio.clickPlanInfo();
+        studio.openForm();
+        const QTableView* findings = studio.table("findingTable");
+        QCOMPARE(CheckedStudio::column(findings, 2), QStringList{QStringLiteral("RING2")});
+        QCOMPARE(CheckedStudio::column(findings, 5), QStringList{QStringLiteral("10-0, 25-0")});
+        CheckedStudio::doubleClickRow(findings, 0);
+        QCOMPARE(studio.nodes()->currentItem()->text(), QStringLiteral("RING2"));
+        QCOMPARE(studio.sendTable()->currentColumn(), 8);
+        studio.plan("ring");
+        QVERIFY(studio.summary().startsWith(QStringLiteral(u"未发现问题。")));
+        QCOMPARE(findings->model()->rowCount(), 0);
+    }
+
     void withoutAScheduleTheFormSaysSo()
     {
         CheckedStudio studio;

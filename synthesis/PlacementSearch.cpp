@@ -5,6 +5,8 @@ namespace synthesis
 
 /// A flow this heavy is allowed to wait in switches.
 static constexpr quint32 weightToWait = 4;
+/// What it costs beside the looks to take up a flow.
+static constexpr quint64 stepsPerFlow = 40;
 /// So that the weights of all flows of a network fit into a cell.
 static constexpr quint32 heaviest = 30000;
 
@@ -15,6 +17,7 @@ PlacementSearch::PlacementSearch(SearchModel& model, SearchBudget& budget)
       m_random(1),
       m_placements(model.flows().size()),
       m_weights(model.flows().size(), 1),
+      m_turns(model.flows().size(), 0),
       m_best(m_placements),
       m_bestMissing(m_placements.size())
 {
@@ -29,7 +32,7 @@ PlacementSearch::PlacementSearch(SearchModel& model, SearchBudget& budget)
 void PlacementSearch::enqueue(quint32 flow)
 {
     const SearchFlow& record = m_model.flows()[flow];
-    m_waiting.emplace(record.patterns.front().choices(record.ringSlots), flow);
+    m_waiting.emplace(m_turns[flow]++, record.patterns.front().choices(record.ringSlots), flow);
 }
 
 PlacementSearch::Candidate PlacementSearch::cheapest(quint32 flow)
@@ -108,9 +111,9 @@ bool PlacementSearch::run(quint64 patience)
     while (!m_waiting.empty()) {
         if (m_waiting.size() + m_unplaceable < m_bestMissing)
             keepBest();
-        if (!m_budget.spend(1) || m_budget.steps() - m_lastImprovement > patience)
+        if (!m_budget.spend(stepsPerFlow) || m_budget.steps() - m_lastImprovement > patience)
             return false;
-        const quint32 flow = m_waiting.begin()->second;
+        const quint32 flow = std::get<2>(*m_waiting.begin());
         m_waiting.erase(m_waiting.begin());
         settle(flow);
     }

@@ -5,6 +5,7 @@
 #include "synthesis/SearchBudget.h"
 
 #include <set>
+#include <tuple>
 
 namespace synthesis
 {
@@ -21,7 +22,8 @@ struct Placement {
 
 /// Places flow after flow, and moves out of the way what is lighter.
 ///
-/// The flow with the fewest choices comes first. It takes its first free place; without one, that
+/// The flow with the fewest choices comes first, and one that was moved behind those that were not.
+/// It takes its first free place; without one, that
 /// with the least weight in its way, and what was there has to find another place and becomes
 /// heavier. So flows that are hard to place settle first. Placed flows never share a cell.
 class PlacementSearch
@@ -58,7 +60,9 @@ private:
     RandomSequence m_random;
     std::vector<Placement> m_placements;
     std::vector<quint32> m_weights;
-    std::set<std::pair<quint64, quint32>> m_waiting; ///< by number of choices, then by number
+    std::vector<quint32> m_turns; ///< how often each flow was taken up
+    /// By turns, number of choices, number.
+    std::set<std::tuple<quint32, quint32, quint32>> m_waiting;
     std::vector<quint64> m_costs;
     std::vector<quint32> m_occupants;
     std::vector<Placement> m_best;

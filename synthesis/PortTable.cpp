@@ -33,13 +33,6 @@ const PortTable::Table& PortTable::tableOf(quint32 port, quint32 ring) const
                          [ring](const Table& table) { return table.ring == ring; });
 }
 
-quint32 PortTable::cellOf(const SearchFlow& flow, const Reservation& reservation, qint32 slot) const
-{
-    const qint64 moved = qint64(slot) * m_model.repetition().cellsPerSlot() + reservation.start;
-    const qint64 cell = moved % flow.ring;
-    return static_cast<quint32>(cell < 0 ? cell + flow.ring : cell);
-}
-
 quint64 PortTable::addCosts(const SearchFlow& flow, const Pattern& pattern,
                             std::vector<quint64>& costs) const
 {
@@ -48,7 +41,7 @@ quint64 PortTable::addCosts(const SearchFlow& flow, const Pattern& pattern,
     quint64 looks = 0;
     for (const Reservation& reservation : pattern.reservations) {
         const quint32* cells = &m_cells[tableOf(reservation.port, flow.ring).first];
-        quint32 cell = cellOf(flow, reservation, pattern.first);
+        quint32 cell = m_model.cellOf(flow, reservation, pattern.first);
         for (quint32 choice = 0; choice < choices; ++choice) {
             quint32 at = cell;
             for (quint32 i = 0; i < reservation.length; ++i) {
@@ -86,7 +79,7 @@ void PortTable::occupy(quint32 flow, const Pattern& pattern, qint32 slot, quint3
     for (const Reservation& reservation : pattern.reservations) {
         Port& port = m_ports[reservation.port];
         port.occupants.push_back(
-            {flow, record.ring, cellOf(record, reservation, slot), reservation.length});
+            {flow, record.ring, m_model.cellOf(record, reservation, slot), reservation.length});
         add(port, port.occupants.back(), weight);
     }
 }
@@ -96,7 +89,7 @@ void PortTable::release(quint32 flow, const Pattern& pattern, qint32 slot, quint
     const SearchFlow& record = m_model.flows()[flow];
     for (const Reservation& reservation : pattern.reservations) {
         Port& port = m_ports[reservation.port];
-        const quint32 start = cellOf(record, reservation, slot);
+        const quint32 start = m_model.cellOf(record, reservation, slot);
         const auto found = std::find_if(port.occupants.begin(), port.occupants.end(),
                                         [flow, start](const Occupant& occupant) {
                                             return occupant.flow == flow && occupant.start == start;
@@ -119,7 +112,7 @@ void PortTable::findOccupants(const SearchFlow& flow, const Pattern& pattern, qi
                               std::vector<quint32>& occupants) const
 {
     for (const Reservation& reservation : pattern.reservations) {
-        const quint32 start = cellOf(flow, reservation, slot);
+        const quint32 start = m_model.cellOf(flow, reservation, slot);
         for (const Occupant& occupant : m_ports[reservation.port].occupants) {
             if (!meet(start, reservation.length, occupant.start, occupant.length,
                       std::gcd(flow.ring, occupant.ring)))

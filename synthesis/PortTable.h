@@ -48,7 +48,6 @@ private:
     };
 
     const Table& tableOf(quint32 port, quint32 ring) const;
-    quint32 cellOf(const SearchFlow& flow, const Reservation& reservation, qint32 slot) const;
     void add(const Port& port, const Occupant& occupant, quint32 weight);
 
     const SearchModel& m_model;

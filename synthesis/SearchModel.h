@@ -64,6 +64,14 @@ public:
     quint16 portNode(quint32 port) const { return static_cast<quint16>(m_ports[port] >> 16); }
     quint16 portOutport(quint32 port) const { return static_cast<quint16>(m_ports[port]); }
 
+    /// The first cell, on the flow's ring, of a reservation moved to a send slot.
+    quint32 cellOf(const SearchFlow& flow, const Reservation& reservation, qint32 slot) const
+    {
+        const qint64 moved = qint64(slot) * m_repetition.cellsPerSlot() + reservation.start;
+        const qint64 cell = moved % flow.ring;
+        return static_cast<quint32>(cell < 0 ? cell + flow.ring : cell);
+    }
+
     /// Adds the patterns of a flow that wait longer; false when there are none.
     bool addWaitingPatterns(std::size_t flow);
 

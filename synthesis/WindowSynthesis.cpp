@@ -1,5 +1,6 @@
 #include "synthesis/WindowSynthesis.h"
 
+#include "synthesis/PatternSolver.h"
 #include "synthesis/PlacementSearch.h"
 #include "synthesis/Proofs.h"
 
@@ -87,11 +88,25 @@ Outcome synthesizeWindows(const PlanningContext& context, const Options& options
     }
     SearchBudget budget(options, model.flows().size());
     PlacementSearch search(model, budget);
-    if (search.run(options.steps))
+    if (search.run(options.steps / 20))
         return planOf(context, model, search.best());
+    BudgetSpent spent;
+    bool complete = true;
+    bool each = true;
+    for (std::size_t i = 0; i < search.best().size(); ++i) {
+        model.addWaitingPatterns(i);
+        complete = complete && model.flows()[i].isComplete;
+        each = each && !model.flows()[i].patterns.empty();
+    }
+    if (each && budget.mayGoOn() && PatternSolver::isFeasible(model)) {
+        PatternSolver solver(model, budget);
+        const ClauseSolver::Answer answer = solver.run(options.steps / 2);
+        if (answer == ClauseSolver::Answer::Satisfiable)
+            return planOf(context, model, solver.placements());
+        spent.noneWithoutOverlap = complete && answer == ClauseSolver::Answer::Unsatisfiable;
+    }
     if (budget.isStopped())
         return Stopped();
-    BudgetSpent spent;
     for (std::size_t i = 0; i < search.best().size(); ++i) {
         if (!search.best()[i].isSet())
             spent.unplaced.push_back(model.flows()[i].place);

@@ -1,0 +1,104 @@
+#include "synthesis/ClauseSolver.h"
+
+#include <cadical.hpp>
+
+#include <algorithm>
+
+namespace synthesis
+{
+
+/// Conflicts between two looks at the budget.
+static constexpr int conflictsPerRound = 500;
+
+/// Fewer literals than this are forbidden in pairs, which needs no further variables.
+static constexpr std::size_t pairwiseUpTo = 6;
+
+/// Lets the caller stop the solver while it works.
+class StopWhenAsked : public CaDiCaL::Terminator
+{
+public:
+    explicit StopWhenAsked(SearchBudget& budget) : m_budget(budget) {}
+
+    bool terminate() override
+    {
+        if (++m_calls % callsBetweenReports == 0)
+            m_budget.report();
+        return m_budget.isStopped();
+    }
+
+private:
+    static constexpr int callsBetweenReports = 64;
+
+    SearchBudget& m_budget;
+    int m_calls = 0;
+};
+
+ClauseSolver::ClauseSolver() : m_solver(std::make_unique<CaDiCaL::Solver>())
+{
+    m_solver->set("quiet", 1);
+}
+
+ClauseSolver::~ClauseSolver() = default;
+
+void ClauseSolver::addClause(const std::vector<int>& literals)
+{
+    for (const int literal : literals)
+        m_solver->add(literal);
+    m_solver->add(0);
+    m_literals += literals.size();
+}
+
+void ClauseSolver::addAtMostOne(const std::vector<int>& literals)
+{
+    if (literals.size() < pairwiseUpTo) {
+        for (std::size_t i = 0; i < literals.size(); ++i) {
+            for (std::size_t j = i + 1; j < literals.size(); ++j)
+                addClause({-literals[i], -literals[j]});
+        }
+        return;
+    }
+    // A chain: each link is true from the literal on that is true.
+    int before = newVariable();
+    addClause({-literals.front(), before});
+    for (std::size_t i = 1; i < literals.size(); ++i) {
+        addClause({-before, -literals[i]});
+        if (i + 1 == literals.size())
+            break;
+        const int link = newVariable();
+        addClause({-before, link});
+        addClause({-literals[i], link});
+        before = link;
+    }
+}
+
+void ClauseSolver::prefer(int literal)
+{
+    m_solver->phase(literal);
+}
+
+ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps, int assumption)
+{
+    // The time of a conflict grows with the clauses that are looked through for it.
+    const quint64 stepsPerRound = conflictsPerRound * (2000 + quint64(m_literals) / 16);
+    StopWhenAsked terminator(budget);
+    m_solver->connect_terminator(&terminator);
+    int status = 0;
+    for (quint64 used = 0; status == 0 && used < steps && budget.mayGoOn(); used += stepsPerRound) {
+        if (assumption != 0)
+            m_solver->assume(assumption);
+        m_solver->limit("conflicts", conflictsPerRound);
+        status = m_solver->solve();
+        budget.spend(stepsPerRound);
+    }
+    m_solver->disconnect_terminator();
+    if (status == 0)
+        return Answer::Unknown;
+    return status == 10 ? Answer::Satisfiable : Answer::Unsatisfiable;
+}
+
+bool ClauseSolver::isTrue(int literal) const
+{
+    return m_solver->val(literal) > 0;
+}
+
+} // namespace synthesis

@@ -1,6 +1,6 @@
-#include "tests/support/ScheduleChecker.h"
+#include "tests/planner/twin/ScheduleCauses.h"
 
-#include "tests/support/ScheduleDocument.h"
+#include "tests/planner/twin/ScheduleRows.h"
 
 #include <map>
 
@@ -249,7 +249,7 @@ private:
 
 } // namespace
 
-std::vector<ScheduleFinding> checkSchedule(const ScheduleDocuments& documents)
+std::vector<ScheduleFinding> explainSchedule(const ScheduleDocuments& documents)
 {
     return Examination(documents).run();
 }

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-/// Something in a schedule that an engineer would not expect to see, with the reason if one is
-/// known.
+/// Something odd in a schedule that is judged by the windows behind it, with the step of the
+/// planning that is to blame if one is known.
 struct ScheduleFinding {
     enum Kind {
         SharedSlot,     ///< two transmissions in one slot of a sending port
@@ -52,8 +52,11 @@ struct ScheduleDocuments {
     QByteArray finalWindows; ///< in the form of vek_hs.xml, the windows from which slots were taken
 };
 
-/// Examines a schedule without any code of the engine; a document that does not load is qFatal.
-std::vector<ScheduleFinding> checkSchedule(const ScheduleDocuments& documents);
+/// Says which step of the planning led to each oddity; a document that does not load is qFatal.
+///
+/// Whether a plan is sound is for its two documents to tell; here the windows of the run tell why
+/// not, so that an oddity that no step explains is a fault of the engine.
+std::vector<ScheduleFinding> explainSchedule(const ScheduleDocuments& documents);
 
 QString nameOf(ScheduleFinding::Kind kind);
 QString nameOf(ScheduleFinding::Cause cause);

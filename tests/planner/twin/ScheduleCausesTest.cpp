@@ -1,4 +1,4 @@
-#include "tests/support/ScheduleChecker.h"
+#include "tests/planner/twin/ScheduleCauses.h"
 #include "tests/planner/twin/NetworkDraft.h"
 #include "tests/planner/twin/RunRecord.h"
 #include "tests/support/TemporaryFolder.h"
@@ -6,7 +6,7 @@
 #include <QtTest>
 
 /// The checker sees what is wrong with a schedule, and knows a reason only where there is one.
-class ScheduleCheckerTest : public QObject
+class ScheduleCausesTest : public QObject
 {
     Q_OBJECT
 
@@ -95,26 +95,26 @@ ScheduleDocuments withText(ScheduleDocuments documents, const char* before, cons
 
 } // namespace
 
-void ScheduleCheckerTest::cleanPlanHasNoFinding()
+void ScheduleCausesTest::cleanPlanHasNoFinding()
 {
     const ScheduleDocuments documents = plan(pairOfFlows("[0,400]", "[600,1000]", "[200,1400]"));
-    QVERIFY(checkSchedule(documents).empty());
+    QVERIFY(explainSchedule(documents).empty());
 }
 
-void ScheduleCheckerTest::sharedSlotWithoutReasonIsUnexplained()
+void ScheduleCausesTest::sharedSlotWithoutReasonIsUnexplained()
 {
     const ScheduleDocuments documents = plan(pairOfFlows("[0,400]", "[600,1000]", "[200,1400]"));
     const auto findings =
-        checkSchedule(withText(documents, "<txslotID>3</txslotID>", "<txslotID>0</txslotID>"));
+        explainSchedule(withText(documents, "<txslotID>3</txslotID>", "<txslotID>0</txslotID>"));
     QCOMPARE(count(findings, ScheduleFinding::SharedSlot, ScheduleFinding::Unexplained), 1);
     QVERIFY(findings.front().text.contains(QStringLiteral(u"slot 0: flow 1 seq 0 at node 0")));
 }
 
-void ScheduleCheckerTest::backwardHopWithoutReasonIsUnexplained()
+void ScheduleCausesTest::backwardHopWithoutReasonIsUnexplained()
 {
     const ScheduleDocuments documents = plan(pairOfFlows("[0,400]", "[600,1000]", "[200,1400]"));
     const auto findings =
-        checkSchedule(withText(documents, "<txslotID>4</txslotID>", "<txslotID>3</txslotID>"));
+        explainSchedule(withText(documents, "<txslotID>4</txslotID>", "<txslotID>3</txslotID>"));
     QCOMPARE(count(findings, ScheduleFinding::BackwardHop, ScheduleFinding::Unexplained), 1);
     QCOMPARE(count(findings, ScheduleFinding::OutsideWindow, ScheduleFinding::Unexplained), 1);
 }
@@ -122,9 +122,9 @@ void ScheduleCheckerTest::backwardHopWithoutReasonIsUnexplained()
 // The talker is resolved first and sends in slots 0 and 1. It can buffer four slots, so the first
 // frame must leave the switch by slot 4, but its receiver opens with slot 5 only: [5,4] overlaps
 // nothing, the second frame's [5,5] neither, and both are sent in slot 5.
-void ScheduleCheckerTest::revisionMayLetTwoInstancesShareSlot()
+void ScheduleCausesTest::revisionMayLetTwoInstancesShareSlot()
 {
-    const auto findings = checkSchedule(plan(pairOfFlows("[0,800]", "[0,800]", "[1000,4000]")));
+    const auto findings = explainSchedule(plan(pairOfFlows("[0,800]", "[0,800]", "[1000,4000]")));
     QCOMPARE(count(findings, ScheduleFinding::SharedSlot, ScheduleFinding::WindowInverted), 1);
     QCOMPARE(count(findings, ScheduleFinding::InvertedWindow, ScheduleFinding::LaterRevision), 1);
     for (const ScheduleFinding& finding : findings)
@@ -133,7 +133,7 @@ void ScheduleCheckerTest::revisionMayLetTwoInstancesShareSlot()
 
 // Both branches of flow 1 leave S2 by one port, having come by different ones. Only the window of
 // the first branch is compared with flow 2, which sends when the second branch does.
-void ScheduleCheckerTest::branchByOtherInportMayShareSlot()
+void ScheduleCausesTest::branchByOtherInportMayShareSlot()
 {
     NetworkDraft draft;
     draft.nodes = {node("H0", 0, 9), node("H1", 1, 9), node("H2", 2, 9), node("H3", 3, 9),
@@ -145,10 +145,10 @@ void ScheduleCheckerTest::branchByOtherInportMayShareSlot()
                           {2, {way("H3,S2,S3,H2")}}};
     draft.flows = {flow(1, 1, "H0", "[0,200]", {{"H1", "[2000,4000]"}, {"H2", "[600,4000]"}}),
                    flow(2, 2, "H3", "[200,400]", {{"H2", "[600,800]"}})};
-    const auto findings = checkSchedule(plan(draft));
+    const auto findings = explainSchedule(plan(draft));
     QVERIFY(count(findings, ScheduleFinding::SharedSlot, ScheduleFinding::HopNotCompared) > 0);
     QCOMPARE(count(findings, ScheduleFinding::SharedSlot, ScheduleFinding::Unexplained), 0);
 }
 
-QTEST_GUILESS_MAIN(ScheduleCheckerTest)
-#include "ScheduleCheckerTest.moc"
+QTEST_GUILESS_MAIN(ScheduleCausesTest)
+#include "ScheduleCausesTest.moc"

@@ -1,4 +1,4 @@
-#include "tests/support/ScheduleDocument.h"
+#include "tests/planner/twin/ScheduleRows.h"
 
 #include <tinyxml2.h>
 

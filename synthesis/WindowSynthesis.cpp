@@ -1,8 +1,12 @@
 #include "synthesis/WindowSynthesis.h"
 
+#include "synthesis/IntervalProof.h"
+#include "synthesis/LessWaiting.h"
 #include "synthesis/PatternSolver.h"
 #include "synthesis/PlacementSearch.h"
 #include "synthesis/Proofs.h"
+
+#include <algorithm>
 
 namespace synthesis
 {
@@ -67,51 +71,107 @@ Found planOf(const PlanningContext& context, const SearchModel& model,
     return plan;
 }
 
+/// The stages of one search, each for what the one before has left open.
+class Synthesis
+{
+public:
+    Synthesis(const PlanningContext& context, const std::vector<std::size_t>& places,
+              const Options& options)
+        : m_context(context),
+          m_places(places),
+          m_options(options),
+          m_repetition(context),
+          m_budget(options, places.size()),
+          m_model(context, m_repetition, places)
+    {
+        for (std::size_t flow = 0; flow < places.size(); ++flow) {
+            if (m_model.flows()[flow].patterns.empty())
+                m_model.addWaitingPatterns(flow);
+        }
+    }
+
+    Outcome run()
+    {
+        PlacementSearch placing(m_model, m_budget);
+        if (placing.run(m_options.steps / 100))
+            return finish(placing.best());
+        if (const auto proof = findOverfullInterval(m_context, m_repetition, m_places, m_budget))
+            return m_budget.isStopped() ? Outcome(Stopped()) : Outcome(*proof);
+        const std::vector<Placement> solved = solve();
+        if (!solved.empty())
+            return finish(solved);
+        if (!m_noneWithoutOverlap && placing.run(m_options.steps / 2))
+            return finish(placing.best());
+        if (m_budget.isStopped())
+            return Stopped();
+        return spent(placing.best());
+    }
+
+private:
+    /// Placements of all flows from the complete search; none when it found none.
+    std::vector<Placement> solve()
+    {
+        bool isComplete = true;
+        bool hasEach = true;
+        for (std::size_t flow = 0; flow < m_places.size(); ++flow) {
+            m_model.addWaitingPatterns(flow);
+            isComplete = isComplete && m_model.flows()[flow].isComplete;
+            hasEach = hasEach && !m_model.flows()[flow].patterns.empty();
+        }
+        m_noneWithoutOverlap = !hasEach && isComplete;
+        if (!hasEach || !m_budget.mayGoOn() || !PatternSolver::isFeasible(m_model))
+            return {};
+        PatternSolver solver(m_model, m_budget);
+        const ClauseSolver::Answer answer = solver.run(m_options.steps / 3);
+        if (answer == ClauseSolver::Answer::Satisfiable)
+            return solver.placements();
+        m_noneWithoutOverlap = isComplete && answer == ClauseSolver::Answer::Unsatisfiable;
+        return {};
+    }
+
+    Outcome finish(const std::vector<Placement>& placements)
+    {
+        m_budget.setPlaced(placements.size());
+        m_budget.report();
+        if (m_budget.isStopped())
+            return Stopped();
+        return planOf(m_context, m_model, withLessWaiting(m_model, placements));
+    }
+
+    BudgetSpent spent(const std::vector<Placement>& best) const
+    {
+        BudgetSpent outcome;
+        outcome.noneWithoutOverlap = m_noneWithoutOverlap;
+        for (std::size_t flow = 0; flow < best.size(); ++flow) {
+            if (!best[flow].isSet())
+                outcome.unplaced.push_back(m_places[flow]);
+        }
+        return outcome;
+    }
+
+    const PlanningContext& m_context;
+    const std::vector<std::size_t>& m_places;
+    const Options& m_options;
+    const Repetition m_repetition;
+    SearchBudget m_budget;
+    SearchModel m_model;
+    bool m_noneWithoutOverlap = false;
+};
+
 } // namespace
 
 Outcome synthesizeWindows(const PlanningContext& context, const Options& options)
 {
     const std::vector<ObstructedFlow> obstructed = obstaclesOf(context);
     Refused refused;
-    for (const ObstructedFlow& flow : obstructed) {
-        if (preventsSearch(flow.obstacle))
-            refused.flows.push_back(flow);
-    }
+    std::copy_if(obstructed.begin(), obstructed.end(), std::back_inserter(refused.flows),
+                 [](const ObstructedFlow& flow) { return preventsSearch(flow.obstacle); });
     if (!refused.flows.empty())
         return refused;
     if (const auto proof = findFlowWithoutSlot(context))
         return *proof;
-    SearchModel model(context, Repetition(context), searchedPlaces(context, obstructed));
-    for (std::size_t flow = 0; flow < model.flows().size(); ++flow) {
-        if (model.flows()[flow].patterns.empty())
-            model.addWaitingPatterns(flow);
-    }
-    SearchBudget budget(options, model.flows().size());
-    PlacementSearch search(model, budget);
-    if (search.run(options.steps / 20))
-        return planOf(context, model, search.best());
-    BudgetSpent spent;
-    bool complete = true;
-    bool each = true;
-    for (std::size_t i = 0; i < search.best().size(); ++i) {
-        model.addWaitingPatterns(i);
-        complete = complete && model.flows()[i].isComplete;
-        each = each && !model.flows()[i].patterns.empty();
-    }
-    if (each && budget.mayGoOn() && PatternSolver::isFeasible(model)) {
-        PatternSolver solver(model, budget);
-        const ClauseSolver::Answer answer = solver.run(options.steps / 2);
-        if (answer == ClauseSolver::Answer::Satisfiable)
-            return planOf(context, model, solver.placements());
-        spent.noneWithoutOverlap = complete && answer == ClauseSolver::Answer::Unsatisfiable;
-    }
-    if (budget.isStopped())
-        return Stopped();
-    for (std::size_t i = 0; i < search.best().size(); ++i) {
-        if (!search.best()[i].isSet())
-            spent.unplaced.push_back(model.flows()[i].place);
-    }
-    return spent;
+    const std::vector<std::size_t> places = searchedPlaces(context, obstructed);
+    return Synthesis(context, places, options).run();
 }
 
 } // namespace synthesis

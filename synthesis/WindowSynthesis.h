@@ -89,7 +89,7 @@ struct Progress {
 
 struct Options {
     /// Some seconds on an ordinary machine, and more than any network of the tests needs.
-    static constexpr quint64 defaultSteps = 2000000000;
+    static constexpr quint64 defaultSteps = 500000000;
 
     /// How much may be searched. A step is about one look at one slot of one port; a number of
     /// steps and not a time, so that the result is the same on every machine.

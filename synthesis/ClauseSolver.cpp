@@ -71,12 +71,8 @@ void ClauseSolver::addAtMostOne(const std::vector<int>& literals)
     }
 }
 
-void ClauseSolver::prefer(int literal)
-{
-    m_solver->phase(literal);
-}
-
-ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps, int assumption)
+ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps,
+                                         const std::vector<int>& assumptions)
 {
     // The time of a conflict grows with the clauses that are looked through for it.
     const quint64 stepsPerRound = conflictsPerRound * (2000 + quint64(m_literals) / 16);
@@ -84,7 +80,7 @@ ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps, in
     m_solver->connect_terminator(&terminator);
     int status = 0;
     for (quint64 used = 0; status == 0 && used < steps && budget.mayGoOn(); used += stepsPerRound) {
-        if (assumption != 0)
+        for (const int assumption : assumptions)
             m_solver->assume(assumption);
         m_solver->limit("conflicts", conflictsPerRound);
         status = m_solver->solve();
@@ -94,6 +90,11 @@ ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps, in
     if (status == 0)
         return Answer::Unknown;
     return status == 10 ? Answer::Satisfiable : Answer::Unsatisfiable;
+}
+
+bool ClauseSolver::isToBlame(int assumption) const
+{
+    return m_solver->failed(assumption);
 }
 
 bool ClauseSolver::isTrue(int literal) const

@@ -30,16 +30,17 @@ public:
     void addClause(const std::vector<int>& literals);
     /// At most one of the literals is true.
     void addAtMostOne(const std::vector<int>& literals);
-    /// The value that is tried first.
-    void prefer(int literal);
 
-    /// Solves under the assumption, 0 for none; Unknown when the steps are spent or it is stopped.
+    /// Solves under the assumptions; Unknown when the steps are spent or it is stopped.
     ///
     /// Takes at most so many steps, and fewer when the budget has fewer left.
-    Answer solve(SearchBudget& budget, quint64 steps, int assumption);
+    Answer solve(SearchBudget& budget, quint64 steps, const std::vector<int>& assumptions);
 
     /// The value of a literal after Answer::Satisfiable.
     bool isTrue(int literal) const;
+
+    /// Whether an assumption had a part in Answer::Unsatisfiable.
+    bool isToBlame(int assumption) const;
 
     /// How many literals the clauses have.
     std::size_t size() const { return m_literals; }

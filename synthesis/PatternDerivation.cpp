@@ -44,10 +44,8 @@ bool PatternDerivation::goesForward(const VirtualLinkPath& path) const
     qint32 previous = 0;
     for (const BridgeHop& hop : path.bridges) {
         const SlotWindow& window = hop.schedtxwin;
-        // A node that is no switch has no buffer number of its own.
-        const qint32 longestWait = hop.buffernum > 0 ? hop.buffernum : m_switchBufferNum;
         if (window.start <= previous || window.end < window.start ||
-            window.start - previous > longestWait)
+            window.start - previous > longestWait(hop, m_switchBufferNum))
             return false;
         previous = window.start;
     }

@@ -31,6 +31,13 @@ public:
     /// before or waits longer than its buffers last, branches that pass a port in different slots.
     std::optional<std::vector<PortWindow>> windowsFor(const std::vector<qint32>& delays) const;
 
+    /// How many slots a frame may wait in a node on its path: one without buffers of its own, which
+    /// is no switch, is taken for any other.
+    static qint32 longestWait(const planner::BridgeHop& hop, quint16 switchBufferNum)
+    {
+        return hop.buffernum > 0 ? hop.buffernum : switchBufferNum;
+    }
+
 private:
     bool goesForward(const planner::VirtualLinkPath& path) const;
 

@@ -139,6 +139,11 @@ bool SearchModel::reserve(const SearchFlow& flow, const std::vector<PortWindow>&
     return areDisjoint(pattern.reservations, flow.ring);
 }
 
+std::vector<PortWindow> SearchModel::windowsOf(const SearchFlow& flow, const Pattern& pattern) const
+{
+    return *PatternDerivation(*flow.flow, m_switchBufferNum).windowsFor(pattern.delays);
+}
+
 bool SearchModel::addWaitingPatterns(std::size_t number)
 {
     SearchFlow& flow = m_flows[number];

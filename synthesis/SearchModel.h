@@ -64,6 +64,18 @@ public:
     quint16 portNode(quint32 port) const { return static_cast<quint16>(m_ports[port] >> 16); }
     quint16 portOutport(quint32 port) const { return static_cast<quint16>(m_ports[port]); }
 
+    /// The number of a port that some pattern uses, see planner::pairKey().
+    quint32 portNumber(quint32 key) const { return m_numbers.at(key); }
+
+    /// The windows of a pattern, for send slot 0.
+    std::vector<PortWindow> windowsOf(const SearchFlow& flow, const Pattern& pattern) const;
+
+    /// How many slots a frame may wait in a node on its path.
+    qint32 longestWait(const planner::BridgeHop& hop) const
+    {
+        return PatternDerivation::longestWait(hop, m_switchBufferNum);
+    }
+
     /// The first cell, on the flow's ring, of a reservation moved to a send slot.
     quint32 cellOf(const SearchFlow& flow, const Reservation& reservation, qint32 slot) const
     {

@@ -5,8 +5,11 @@
 #include "synthesis/PatternSolver.h"
 #include "synthesis/PlacementSearch.h"
 #include "synthesis/Proofs.h"
+#include "synthesis/ResolutionSearch.h"
+#include "synthesis/TrialPlanning.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace synthesis
 {
@@ -100,8 +103,10 @@ public:
         const std::vector<Placement> solved = solve();
         if (!solved.empty())
             return finish(solved);
-        if (!m_noneWithoutOverlap && placing.run(m_options.steps / 2))
+        if (!m_noneWithoutOverlap && placing.run(m_options.steps / 4))
             return finish(placing.best());
+        if (const auto resolved = resolve())
+            return *resolved;
         if (m_budget.isStopped())
             return Stopped();
         return spent(placing.best());
@@ -119,7 +124,7 @@ private:
             hasEach = hasEach && !m_model.flows()[flow].patterns.empty();
         }
         m_noneWithoutOverlap = !hasEach && isComplete;
-        if (!hasEach || !m_budget.mayGoOn() || !PatternSolver::isFeasible(m_model))
+        if (!hasEach || !m_budget.mayGoOn() || !PortClauses::areFeasible(m_model))
             return {};
         PatternSolver solver(m_model, m_budget);
         const ClauseSolver::Answer answer = solver.run(m_options.steps / 3);
@@ -136,6 +141,35 @@ private:
         if (m_budget.isStopped())
             return Stopped();
         return planOf(m_context, m_model, withLessWaiting(m_model, placements));
+    }
+
+    /// A plan whose overlaps the second stage resolves, judged by the caller.
+    std::optional<Found> resolve()
+    {
+        const bool hasEach =
+            std::none_of(m_model.flows().begin(), m_model.flows().end(),
+                         [](const SearchFlow& flow) { return flow.patterns.empty(); });
+        if (!m_options.isFaultless || !hasEach || !PortClauses::areFeasible(m_model))
+            return {};
+        ResolutionSearch search(m_model, m_budget);
+        std::optional<Found> plan;
+        search.run(m_options.steps / 4, [&](const std::vector<Placement>& placements) {
+            plan = planOf(m_context, m_model, placements);
+            plan->restsOnResolution = true;
+            if (!isPlannable(*plan))
+                plan.reset();
+            return plan.has_value();
+        });
+        return m_budget.isStopped() ? std::nullopt : plan;
+    }
+
+    bool isPlannable(const Found& plan) const
+    {
+        PlanningContext context = m_context;
+        applyWindows(context, plan);
+        QByteArray output;
+        return tryPlanning(std::move(context), output) == code::ok &&
+               m_options.isFaultless(plan, output);
     }
 
     BudgetSpent spent(const std::vector<Placement>& best) const

@@ -1,6 +1,7 @@
 #include "synthesis/NetworkDocument.h"
 #include "synthesis/TrialPlanning.h"
 
+#include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
 
 #include <tinyxml2.h>
@@ -62,6 +63,10 @@ int main(int argc, char** argv)
         Options options;
         options.steps = steps;
         quint64 used = 0;
+        const ParsedNetwork parsedNetwork = parsed(bytes);
+        int trials = 0;
+        const auto judge = judgeFor(parsedNetwork);
+        options.isFaultless = [&](const Found& plan, const QByteArray& out) { ++trials; const bool ok = judge(plan, out); return ok; };
         options.progress = [&](const Progress& p) { used = p.steps; return true; };
         const double begin = now();
         const Outcome outcome = synthesizeWindows(network.context, options);
@@ -69,10 +74,10 @@ int main(int argc, char** argv)
         total += time;
         worst = std::max(worst, time);
         if (verbose)
-            std::printf("seed %d: flows %zu load %d alone %d outcome %zu time %.3f steps %.1fM waiting %lld missing %zu\n", seed,
+            std::printf("seed %d: flows %zu load %d alone %d outcome %zu time %.3f steps %.1fM waiting %lld missing %zu judged %d\n", seed,
                         planted.draft.flows.size(), planted.busiestPercent, planned, outcome.index(), time, used / 1e6,
                         std::holds_alternative<Found>(outcome) ? std::get<Found>(outcome).waiting : -1,
-                        std::holds_alternative<BudgetSpent>(outcome) ? std::get<BudgetSpent>(outcome).unplaced.size() : 0);
+                        std::holds_alternative<BudgetSpent>(outcome) ? std::get<BudgetSpent>(outcome).unplaced.size() : 0, trials);
         if (const auto* plan = std::get_if<Found>(&outcome)) {
             planner::PlanningContext context = network.context;
             applyWindows(context, *plan);

@@ -7,8 +7,9 @@
 namespace synthesis
 {
 
-/// Conflicts between two looks at the budget.
-static constexpr int conflictsPerRound = 500;
+/// Conflicts between two looks at the budget: few at first, since most questions are easy.
+static constexpr int conflictsAtFirst = 10;
+static constexpr int mostConflicts = 640;
 
 /// Fewer literals than this are forbidden in pairs, which needs no further variables.
 static constexpr std::size_t pairwiseUpTo = 6;
@@ -75,16 +76,19 @@ ClauseSolver::Answer ClauseSolver::solve(SearchBudget& budget, quint64 steps,
                                          const std::vector<int>& assumptions)
 {
     // The time of a conflict grows with the clauses that are looked through for it.
-    const quint64 stepsPerRound = conflictsPerRound * (2000 + quint64(m_literals) / 16);
+    const quint64 stepsPerConflict = 500 + quint64(m_literals) / 64;
     StopWhenAsked terminator(budget);
     m_solver->connect_terminator(&terminator);
     int status = 0;
-    for (quint64 used = 0; status == 0 && used < steps && budget.mayGoOn(); used += stepsPerRound) {
+    quint64 used = 0;
+    for (int conflicts = conflictsAtFirst; status == 0 && used < steps && budget.mayGoOn();
+         conflicts = std::min(2 * conflicts, mostConflicts)) {
         for (const int assumption : assumptions)
             m_solver->assume(assumption);
-        m_solver->limit("conflicts", conflictsPerRound);
+        m_solver->limit("conflicts", conflicts);
         status = m_solver->solve();
-        budget.spend(stepsPerRound);
+        budget.spend(conflicts * stepsPerConflict);
+        used += conflicts * stepsPerConflict;
     }
     m_solver->disconnect_terminator();
     if (status == 0)

@@ -12,7 +12,7 @@ using namespace planner;
 using Answer = ClauseSolver::Answer;
 
 /// Plans that are tried at most; each costs the second stage and a judgement.
-static constexpr int mostTrials = 100;
+static constexpr int mostTrials = 1000;
 
 ResolutionSearch::ResolutionSearch(const SearchModel& model, SearchBudget& budget)
     : m_model(model),
@@ -199,12 +199,32 @@ std::vector<Placement> ResolutionSearch::placements() const
     return all;
 }
 
-/// The flows that overlap are not to stand in just these places again.
-void ResolutionSearch::forbid()
+/// Whether a window of the flow at the port overlaps that of another flow.
+bool ResolutionSearch::meetsOn(quint32 port, quint32 flow) const
+{
+    const SearchFlow& record = m_model.flows()[flow];
+    const Placement& placement = chosen(flow).placement;
+    Pattern onPort;
+    for (const Reservation& reservation : record.patterns[placement.pattern].reservations) {
+        if (reservation.port == port)
+            onPort.reservations.push_back(reservation);
+    }
+    std::vector<quint32> present; // itself too
+    m_table->findOccupants(record, onPort, placement.slot, present);
+    return present.size() > 1;
+}
+
+/// The flows that overlap, on the port if it is known, are not to stand in just these places again.
+void ResolutionSearch::forbid(const std::optional<quint32>& port)
 {
     std::vector<int> clause;
+    m_table.emplace(m_model);
     for (quint32 flow = 0; flow < m_alone.size(); ++flow) {
-        if (overlaps(flow))
+        const Placement& placement = chosen(flow).placement;
+        m_table->occupy(flow, m_model.flows()[flow].patterns[placement.pattern], placement.slot, 1);
+    }
+    for (quint32 flow = 0; flow < m_alone.size(); ++flow) {
+        if (port ? meetsOn(m_model.portNumber(*port), flow) : overlaps(flow))
             clause.push_back(-chosen(flow).variable);
     }
     m_solver.addClause(clause);
@@ -217,9 +237,10 @@ std::vector<Placement> ResolutionSearch::run(quint64 steps, const Trial& trial)
         if (!solveWithFewest(end - m_budget.steps()))
             return {};
         const std::vector<Placement> found = placements();
-        if (trial(found))
+        const Verdict verdict = trial(found);
+        if (verdict.isFaultless)
             return found;
-        forbid();
+        forbid(verdict.failedPort);
     }
     return {};
 }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 namespace synthesis
 {
@@ -18,8 +19,12 @@ namespace synthesis
 class ResolutionSearch
 {
 public:
-    /// Whether the second stage makes a plan without a fault of the placements.
-    using Trial = std::function<bool(const std::vector<Placement>&)>;
+    /// What the second stage makes of placements.
+    struct Verdict {
+        bool isFaultless = false;
+        std::optional<quint32> failedPort; ///< that was not resolved, see planner::pairKey()
+    };
+    using Trial = std::function<Verdict(const std::vector<Placement>&)>;
 
     /// Refers to both. The flows must have all their patterns; see PortClauses::areFeasible().
     ResolutionSearch(const SearchModel& model, SearchBudget& budget);
@@ -47,7 +52,8 @@ private:
     const Choice& chosen(quint32 flow) const;
     std::vector<Placement> placements() const;
     bool overlaps(quint32 flow) const;
-    void forbid();
+    bool meetsOn(quint32 port, quint32 flow) const;
+    void forbid(const std::optional<quint32>& port);
 
     const SearchModel& m_model;
     SearchBudget& m_budget;
@@ -55,6 +61,7 @@ private:
     PortClauses m_ports;
     std::vector<std::vector<Choice>> m_choices;    ///< by flow
     std::vector<std::map<quint32, Slots>> m_slots; ///< by flow, then port key
+    std::optional<PortTable> m_table;              ///< with the windows of the last answer
     std::vector<int> m_alone;                      ///< by flow: its windows overlap no other
     std::vector<bool> m_isLoose;                   ///< by flow: m_alone is not assumed
 };

@@ -1,6 +1,7 @@
 #include "synthesis/TrialPlanning.h"
 
 #include "planner/IntermediateDocument.h"
+#include "planner/PairKey.h"
 #include "planner/PlanningLog.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
@@ -23,22 +24,28 @@ void applyWindows(PlanningContext& context, const Found& plan)
     }
 }
 
-qint32 tryPlanning(PlanningContext context, QByteArray& output)
+TrialPlan tryPlanning(PlanningContext context)
 {
     const QuietPlanning quiet;
+    TrialPlan plan;
     context.clusterCycle = clusterCycleOf(context);
-    const qint32 windowResult = checkTimeWindows(context);
-    if (windowResult != code::ok)
-        return windowResult;
-    if (instanceCount(context) > maxInstances)
-        return code::unreadable;
+    plan.code = checkTimeWindows(context);
+    if (plan.code == code::ok && instanceCount(context) > maxInstances)
+        plan.code = code::unreadable;
+    if (plan.code != code::ok)
+        return plan;
     expandInstances(context);
     TTPlanner planner;
     takeInstances(planner, context);
-    const qint32 planResult = planInstances(planner);
-    if (planResult == code::ok)
-        output = outputDocument(planner);
-    return planResult;
+    plan.code = planInstances(planner);
+    if (plan.code == code::ok) {
+        plan.outputDocument = outputDocument(planner);
+    } else {
+        // A failed resolution leaves the windows alone, so the port it was for is still the worst.
+        const WorstPort worst = planner.degrees.measure(planner.ports, planner.board);
+        plan.failedPort = pairKey(worst.nodeID, worst.outport);
+    }
+    return plan;
 }
 
 } // namespace synthesis

@@ -77,6 +77,8 @@ Found planOf(const PlanningContext& context, const SearchModel& model,
 /// The stages of one search, each for what the one before has left open.
 class Synthesis
 {
+    static constexpr quint64 stepsPerTriedTransmission = 500;
+
 public:
     Synthesis(const PlanningContext& context, const std::vector<std::size_t>& places,
               const Options& options)
@@ -156,20 +158,26 @@ private:
         search.run(m_options.steps / 4, [&](const std::vector<Placement>& placements) {
             plan = planOf(m_context, m_model, placements);
             plan->restsOnResolution = true;
-            if (!isPlannable(*plan))
+            const ResolutionSearch::Verdict verdict = judge(*plan);
+            if (!verdict.isFaultless)
                 plan.reset();
-            return plan.has_value();
+            return verdict;
         });
         return m_budget.isStopped() ? std::nullopt : plan;
     }
 
-    bool isPlannable(const Found& plan) const
+    ResolutionSearch::Verdict judge(const Found& plan)
     {
+        // The second stage and the caller take some microseconds for each transmission.
+        quint64 transmissions = 0;
+        for (const SearchFlow& flow : m_model.flows())
+            transmissions += m_repetition.transmissions(*flow.flow) * flow.flow->paths.size();
+        m_budget.spend(transmissions * stepsPerTriedTransmission);
         PlanningContext context = m_context;
         applyWindows(context, plan);
-        QByteArray output;
-        return tryPlanning(std::move(context), output) == code::ok &&
-               m_options.isFaultless(plan, output);
+        const TrialPlan trial = tryPlanning(std::move(context));
+        return {trial.code == code::ok && m_options.isFaultless(plan, trial.outputDocument),
+                trial.failedPort};
     }
 
     BudgetSpent spent(const std::vector<Placement>& best) const

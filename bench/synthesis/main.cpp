@@ -57,8 +57,7 @@ int main(int argc, char** argv)
         const InputNetwork network = readNetwork(document);
         load += planted.busiestPercent;
         flows += planted.draft.flows.size();
-        QByteArray output;
-        const bool planned = tryPlanning(network.context, output) == 0;
+                const bool planned = tryPlanning(network.context).code == 0;
         alone += planned;
         Options options;
         options.steps = steps;
@@ -81,7 +80,7 @@ int main(int argc, char** argv)
         if (const auto* plan = std::get_if<Found>(&outcome)) {
             planner::PlanningContext context = network.context;
             applyWindows(context, *plan);
-            if (tryPlanning(context, output) != 0)
+            if (tryPlanning(context).code != 0)
                 std::printf("seed %d: REFUSED\n", seed);
             ++found;
             resolved += plan->restsOnResolution;

@@ -5,6 +5,21 @@
 namespace verification
 {
 
+/// Reads a list that may be written as one empty tag; false when readOne is, for any of it.
+template <typename ReadOne>
+bool InstanceText::readList(const char* name, ReadOne readOne)
+{
+    if (isEmpty(name))
+        return true;
+    if (!open(name))
+        return false;
+    while (!close(name)) {
+        if (!readOne())
+            return false;
+    }
+    return true;
+}
+
 bool InstanceText::appendTo(Schedule& schedule)
 {
     const size_t hopCount = schedule.hops.size();
@@ -30,24 +45,16 @@ bool InstanceText::readInstance(Schedule& schedule)
         !number("txslotID", talker.sendSlot) || !close("talker"))
         return false;
     schedule.hops.push_back(talker);
-    if (!isEmpty("bridges")) {
-        if (!open("bridges"))
-            return false;
-        while (!close("bridges")) {
-            schedule.hops.emplace_back();
-            if (!readHop(schedule.hops.back()))
-                return false;
-        }
-    }
-    if (!isEmpty("listeners")) {
-        if (!open("listeners"))
-            return false;
-        while (!close("listeners")) {
-            schedule.listeners.emplace_back();
-            if (!readListener(schedule.listeners.back()))
-                return false;
-        }
-    }
+    const auto hop = [&] {
+        schedule.hops.emplace_back();
+        return readHop(schedule.hops.back());
+    };
+    const auto listener = [&] {
+        schedule.listeners.emplace_back();
+        return readListener(schedule.listeners.back());
+    };
+    if (!readList("bridges", hop) || !readList("listeners", listener))
+        return false;
     transmission.hopCount = schedule.hops.size() - transmission.firstHop;
     transmission.listenerCount = schedule.listeners.size() - transmission.firstListener;
     if (!close("path_slot") || !close("Instance"))
@@ -70,31 +77,29 @@ bool InstanceText::readListener(ScheduledListener& listener)
            close("listener");
 }
 
-bool InstanceText::open(const char* name)
+/// Goes behind blanks and a tag that is written in three parts; stays where it is without it.
+bool InstanceText::skipTag(const char* begin, const char* name, const char* end)
 {
     const char* place = m_place;
-    if (!skipText(place, "<") || !skipHere(place, name) || *place != '>')
+    if (!skipText(place, begin) || !skipHere(place, name) || !skipHere(place, end))
         return false;
-    m_place = place + 1;
+    m_place = place;
     return true;
+}
+
+bool InstanceText::open(const char* name)
+{
+    return skipTag("<", name, ">");
 }
 
 bool InstanceText::close(const char* name)
 {
-    const char* place = m_place;
-    if (!skipText(place, "</") || !skipHere(place, name) || *place != '>')
-        return false;
-    m_place = place + 1;
-    return true;
+    return skipTag("</", name, ">");
 }
 
 bool InstanceText::isEmpty(const char* name)
 {
-    const char* place = m_place;
-    if (!skipText(place, "<") || !skipHere(place, name) || !skipHere(place, "/>"))
-        return false;
-    m_place = place;
-    return true;
+    return skipTag("<", name, "/>");
 }
 
 // Slots have 31 bits here; one with its highest bit set lies before the cycle, which is rare.

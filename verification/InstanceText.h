@@ -23,6 +23,9 @@ private:
     bool readInstance(Schedule& schedule);
     bool readHop(ScheduledHop& hop);
     bool readListener(ScheduledListener& listener);
+    template <typename ReadOne>
+    bool readList(const char* name, ReadOne readOne);
+    bool skipTag(const char* begin, const char* name, const char* end);
     bool open(const char* name);
     bool close(const char* name);
     bool isEmpty(const char* name);

@@ -18,12 +18,13 @@ SchedulePieces::SchedulePieces(const QByteArray& bytes)
 // ends a document early. Inside of an instance they are left to whoever parses it.
 bool SchedulePieces::takeApart()
 {
-    static const char flows[] = "<flows>";
-    const char* begin = std::strstr(m_bytes.constData(), "<flows");
-    if (!begin || std::strncmp(begin, flows, std::strlen(flows)) != 0)
+    const int flowsBegin = m_bytes.indexOf("<flows");
+    if (flowsBegin < 0)
         return false;
-    begin += std::strlen(flows);
-    const char* place = begin;
+    const char* place = m_bytes.constData() + flowsBegin;
+    if (!skipText(place, "<flows>"))
+        return false;
+    const char* begin = place;
     while (skipText(place, "<flow>")) {
         if (!takeFlow(place))
             return false;
@@ -56,10 +57,10 @@ bool SchedulePieces::takeFlow(const char*& place)
         const char* begin = place;
         if (!skipText(place, "<Instance>"))
             return false;
-        const char* end = std::strstr(place, instanceEnd);
-        if (!end)
+        const int end = m_bytes.indexOf(instanceEnd, static_cast<int>(place - m_bytes.constData()));
+        if (end < 0)
             return false;
-        place = end + std::strlen(instanceEnd);
+        place = m_bytes.constData() + end + std::strlen(instanceEnd);
         m_instances.push_back({begin, static_cast<size_t>(place - begin)});
     }
     return true;

@@ -39,7 +39,10 @@ struct CheckedStudio : PlannedStudio {
     /// Opens the form from the node list, or brings it to the front.
     PlanCheckForm* openForm()
     {
-        openMenuByMouse(*nodes(), nodes()->currentIndex());
+        if (nodes()->currentItem())
+            openMenuByMouse(*nodes(), nodes()->currentIndex());
+        else
+            openMenuByKey(*nodes());
         chooseByMouse(openMenu(), menuEntry());
         return form();
     }

@@ -56,8 +56,7 @@ private slots:
     {
         CheckedStudio studio;
         studio.clickPlanInfo();
-        openMenuByKey(*studio.nodes());
-        chooseByKeys(openMenu(), CheckedStudio::menuEntry());
+        studio.openForm();
         QCOMPARE(studio.summary(), QStringLiteral(u"还没有载入调度表。"));
         studio.openPage(1, "loadTable");
         clickButton(studio.form(), "copyButton");

@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QtTest>
 
-/// The middle of an item on the screen, and what lies on top there.
+/// The middle of what is seen of an item on the screen, and what lies on top there.
 struct ItemPlace {
     QPoint global;
     QWidget* under = nullptr;
@@ -14,9 +14,11 @@ struct ItemPlace {
     {
         view.scrollTo(item);
         const bool isShown = QTest::qWaitFor([&] {
-            global = view.viewport()->mapToGlobal(view.visualRect(item).center());
+            const QWidget* viewport = view.viewport();
+            const QRect seen = view.visualRect(item) & viewport->rect();
+            global = viewport->mapToGlobal(seen.center());
             under = QApplication::widgetAt(global);
-            return under && view.isAncestorOf(under);
+            return under && !seen.isEmpty() && (under == viewport || viewport->isAncestorOf(under));
         });
         if (!isShown)
             qFatal("the item is not on the screen");

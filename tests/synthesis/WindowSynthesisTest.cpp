@@ -273,6 +273,7 @@ private slots:
         for (quint64 seed = 1; seed <= 5; ++seed) {
             const ParsedNetwork network = parsed(documentOf(plantedNetwork(style, seed).draft));
             Options options;
+            options.steps = 5000000; // some of them end because these are spent
             options.isFaultless = judgeFor(network);
             const Outcome a = synthesizeWindows(network.network.context, options);
             const Outcome b = synthesizeWindows(network.network.context, options);
@@ -300,7 +301,7 @@ private slots:
         style.windows = PlantedStyle::Tight;
         style.flows = 80;
         style.reach = 1;
-        const ParsedNetwork network = parsed(documentOf(plantedNetwork(style, 2).draft));
+        const ParsedNetwork network = parsed(documentOf(plantedNetwork(style, 4).draft));
         Options options;
         const auto spent =
             std::get<BudgetSpent>(synthesizeWindows(network.network.context, options));

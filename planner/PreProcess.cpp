@@ -204,9 +204,19 @@ quint32 computeClusterCycle(PlanningContext& context)
 
 quint32 clusterCycleOf(const PlanningContext& context)
 {
-    quint64 cycle = 0;
-    reducePeriods(cycle, periodsOf(context), [](const std::vector<PeriodRun>&) {});
-    return static_cast<quint32>(cycle);
+    const std::vector<quint32> periods = periodsOf(context);
+    // Each round's values divide the multiple of all: where that fits, none of them is cut.
+    quint64 multiple = periods.empty() ? 0 : 1;
+    for (const quint32 period : periods) {
+        if (multiple <= std::numeric_limits<quint32>::max() && period > 0)
+            multiple =
+                multiple / greatestCommonDivisor(static_cast<quint32>(multiple), period) * period;
+        else
+            multiple = std::numeric_limits<quint64>::max();
+    }
+    if (multiple > std::numeric_limits<quint32>::max())
+        reducePeriods(multiple, periods, [](const std::vector<PeriodRun>&) {});
+    return static_cast<quint32>(multiple);
 }
 
 quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods)

@@ -114,13 +114,19 @@ private:
         return way;
     }
 
-    std::vector<int> pickListeners(int talker)
+    bool isNear(int listener, const std::vector<int>& before) const
+    {
+        return m_style.farthest == 0 ||
+               static_cast<int>(wayTo(listener, before).size()) - 2 <= m_style.farthest;
+    }
+
+    std::vector<int> pickListeners(int talker, const std::vector<int>& before)
     {
         const bool isMulticast = m_random.chance(m_style.multicastPercent);
         const int wanted = isMulticast ? m_random.between(2, 4) : 1;
         std::vector<int> others;
         for (const int host : m_topology.hosts()) {
-            if (host != talker)
+            if (host != talker && isNear(host, before))
                 others.push_back(host);
         }
         m_random.shuffle(others);
@@ -185,8 +191,10 @@ private:
         const int talker = m_random.pick(m_topology.hosts());
         const std::vector<int> before = waysFrom(talker);
         std::vector<Way> ways;
-        for (const int listener : pickListeners(talker))
+        for (const int listener : pickListeners(talker, before))
             ways.push_back(wayTo(listener, before));
+        if (ways.empty())
+            return false;
         const quint32 period_us = m_random.pick(m_style.periods);
         const int period = static_cast<int>(period_us) / slot_us;
         for (int i = 0; i < triesPerFlow; ++i) {

@@ -21,6 +21,7 @@ struct PlantedStyle {
     int multicastPercent = 0; ///< of the flows have two to four listeners
     int reach = 5;            ///< slots on either side of a planted one
     int waitPercent = 30;     ///< of the hops wait although they could go on
+    int farthest = 0;         ///< switches on a way at most; 0 for any number
     int loadPercent = 100;    ///< flows are added until a port is loaded so much
 };
 

@@ -18,7 +18,7 @@ static quint64 environmentNumber(const char* name, quint64 preset)
 }
 
 /// A few steps, so that what is hard costs the test little; far more than most networks need.
-static constexpr quint64 stepsPerNetwork = 20000000;
+static constexpr quint64 stepsPerNetwork = 8000000;
 
 static PlantedStyle styleOf(quint64 seed)
 {

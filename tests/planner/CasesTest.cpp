@@ -122,8 +122,8 @@ private slots:
             if (QFile::exists(examples + name + QStringLiteral("/CMakeLists.txt")))
                 continue; // a program in source
             const bool badWindow = name == QLatin1String("fails-window-check");
-            const bool badResolution = name == QLatin1String("fails-resolution") ||
-                                       name == QLatin1String("busy-plant");
+            const bool badResolution =
+                name == QLatin1String("fails-resolution") || name == QLatin1String("busy-plant");
             QTest::newRow(qPrintable(name)) << examples + name + QStringLiteral("/vek_input.xml")
                                             << (badWindow ? -3 : 0) << (badResolution ? -3 : 0);
         }

@@ -8,6 +8,8 @@
 #include <QMainWindow>
 #include <QMap>
 
+#include <memory>
+
 namespace planner
 {
 struct PlanningContext;
@@ -25,6 +27,8 @@ class DiagramItem;
 class FlowEditorForm;
 class FlowListWindow;
 class FlowScheduleForm;
+class PlanCheck;
+class PlanCheckForm;
 class QAction;
 class QDockWidget;
 class QListWidget;
@@ -36,6 +40,7 @@ class ShowVLineInfoForm;
 class TimeSlotInfo;
 class TopologyWindow;
 class VLineEditorForm;
+struct PlanPlace;
 struct Project;
 
 using tinyxml2::XMLDocument;
@@ -45,7 +50,7 @@ using tinyxml2::XMLElement;
 /// schedule.
 ///
 /// Its slots gather what they need from the model and hand it to the room of their subject. The
-/// sources are split the same way: frame, run, traffic, project, plan.
+/// sources are split the same way: frame, run, traffic, project, plan, check.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -149,6 +154,13 @@ private:
     void showProject(const Project& project);
     int runStages();
     void loadSchedule();
+    void checkPlan();
+    void markCheckedNodes(QListWidget* nodes);
+    void offerPlanCheck(QDockWidget* dock);
+    void showPlanCheckForm();
+    void delPlanCheckForm();
+    int tableWith(const PlanPlace& place) const;
+    void showPlace(const PlanPlace& place);
 
     NodeInfo_Xml sendNodeInfo; ///< output ports and send slots of the loaded schedule
     NodeInfo_Xml rcvNodeInfo;  ///< input ports and receive slots of the loaded schedule
@@ -172,6 +184,9 @@ private:
     ShowVLineInfoForm* showVLineInfoForm = nullptr; ///< null while closed
     QList<FlowInfo> flowInfoList;                   ///< in the order of flowTable
     QList<VLineInfo> vLineInfoList;                 ///< in the order of vLineTable
+
+    std::shared_ptr<const PlanCheck> planCheck; ///< of the loaded schedule; null before the first
+    PlanCheckForm* planCheckForm = nullptr;     ///< null while closed
 
     bool runInProgress = false; ///< a run lets events through, which must not start another one
     bool closeAfterRun = false; ///< the user asked to close while a run was going on

@@ -55,6 +55,7 @@ QDockWidget* MainWindow::createPlanInfoDock()
             &MainWindow::updatePlanInfo);
     for (TimeSlotInfo* table : {content->sendTable, content->receiveTable})
         connect(table, &QTableWidget::itemSelectionChanged, this, &MainWindow::updateFlowList);
+    offerPlanCheck(dock);
     return dock;
 }
 
@@ -107,6 +108,7 @@ void MainWindow::updateNodeInfo()
     view.table->setRowCount(0);
     view.flows->clearFlowList();
     fillNodeList(view.nodes, view.schedule);
+    markCheckedNodes(view.nodes);
 }
 
 void MainWindow::updatePlanInfo()

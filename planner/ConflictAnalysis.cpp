@@ -33,16 +33,13 @@ public:
 
     WorstPort measure()
     {
-        WorstPort worst;
         for (Node& node : m_planner.nodeList) {
             for (NodeOutport& port : node.outports) {
                 std::vector<SlotWindow> windows = collectPortWindows(node, port);
                 port.degree = 2 * countWindowOverlaps(windows);
-                if (worst.maxDegree < port.degree)
-                    worst = {port.degree, node.nodeID, port.outport};
             }
         }
-        return worst;
+        return worstPort(m_planner.nodeList);
     }
 
     qint32 resolve(const WorstPort& port)
@@ -166,6 +163,18 @@ std::vector<SlotWindow> collectPortWindows(const Node& node, const NodeOutport& 
             windows.push_back(*window);
     }
     return windows;
+}
+
+WorstPort worstPort(const std::list<Node>& nodeList)
+{
+    WorstPort worst;
+    for (const Node& node : nodeList) {
+        for (const NodeOutport& port : node.outports) {
+            if (worst.maxDegree < port.degree)
+                worst = {port.degree, node.nodeID, port.outport};
+        }
+    }
+    return worst;
 }
 
 qint32 calculateConflictDegree(TTPlanner& planner)

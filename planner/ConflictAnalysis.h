@@ -2,6 +2,7 @@
 
 #include "planner/StageListener.h"
 #include "planner/TTPlanner.h"
+#include "planner/passes/PortDegrees.h"
 #include "planner/search/WindowOverlap.h"
 
 #include <vector>
@@ -28,6 +29,11 @@ void addInstanceToPort(std::list<Node>& nodeList, const InstanceCopy& instance, 
 /// Of several paths the first one that passes the port counts, and on it the talker before the
 /// switches.
 std::vector<SlotWindow> collectPortWindows(const Node& node, const NodeOutport& port);
+
+/// The first of the ports with the highest degree, as last measured.
+///
+/// After a resolution that failed this is the port for which no slots were found.
+WorstPort worstPort(const std::list<Node>& nodeList);
 
 /// One pass: measures the ports, resolves the worst one and revises the windows around it.
 ///

@@ -75,17 +75,29 @@ void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
     writeListeners(writer, instance);
 }
 
-} // namespace
-
-void writeOutputDocument(const TTPlanner& planner)
+void writeSchedule(DocumentWriter& writer, const TTPlanner& planner)
 {
-    DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_output.xml"));
     const Element root(writer, "vek_output");
     writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_output");
     writer.leaf("schedCycle", planner.schedCycle);
     writer.leaf("slotLen", planner.slotLen);
     writeFlows(writer, planner.TTStreamInstanceList,
                [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+}
+
+} // namespace
+
+void writeOutputDocument(const TTPlanner& planner)
+{
+    DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_output.xml"));
+    writeSchedule(writer, planner);
+}
+
+QByteArray outputDocument(const TTPlanner& planner)
+{
+    DocumentWriter writer;
+    writeSchedule(writer, planner);
+    return writer.bytes();
 }
 
 } // namespace planner

@@ -2,6 +2,8 @@
 
 #include "planner/TTPlanner.h"
 
+#include <QByteArray>
+
 namespace planner
 {
 
@@ -10,5 +12,8 @@ namespace planner
 ///
 /// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
 void writeOutputDocument(const TTPlanner& planner);
+
+/// The bytes of the same document.
+QByteArray outputDocument(const TTPlanner& planner);
 
 } // namespace planner

@@ -80,14 +80,22 @@ qint32 TTPlanning(TTPlanner& planner, const StageListener& listener)
     tell(listener, StagePart::ReadWindows);
     if (readResult != code::ok)
         return readResult;
+    const qint32 planResult = planInstances(planner, listener);
+    if (planResult != code::ok)
+        return planResult;
+    writeOutputDocument(planner);
+    tell(listener, StagePart::WriteSchedule);
+    qCDebug(planningLog) << "TTPlanning end----------";
+    return code::ok;
+}
+
+qint32 planInstances(TTPlanner& planner, const StageListener& listener)
+{
     const qint32 resolveResult = resolveConflicts(planner, listener);
     if (resolveResult != code::ok)
         return resolveResult;
     finalizeSlots(planner);
     tell(listener, StagePart::Finalise);
-    writeOutputDocument(planner);
-    tell(listener, StagePart::WriteSchedule);
-    qCDebug(planningLog) << "TTPlanning end----------";
     return code::ok;
 }
 

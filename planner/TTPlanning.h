@@ -24,6 +24,11 @@ qint32 TTPlanning(TTPlanner& planner, const StageListener& listener);
 /// or would not end; the lists are then as the last successful pass has left them.
 qint32 resolveConflicts(TTPlanner& planner, const StageListener& listener = {});
 
+/// What the stage does between reading and writing, on the instances of the master list.
+///
+/// Returns code::ok with all slots set, or code::refused when a conflict could not be resolved.
+qint32 planInstances(TTPlanner& planner, const StageListener& listener = {});
+
 /// Takes every slot from the start of its window.
 void finalizeSlots(TTPlanner& planner);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -39,6 +39,9 @@ void ensureDocumentFolder(const QString& folder);
 
 /// Removes a file of the folder outputFolder(); nothing happens when there is none.
 void removeOutput(const QString& fileName);
+
+/// Absolute paths of the documents of the place, by name; none when the folder is missing.
+QStringList documentPaths(const DocumentPlace& place);
 
 /// Loads every document of the place, by name, and hands its first element to read.
 ///

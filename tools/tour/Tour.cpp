@@ -4,6 +4,7 @@
 #include "app/ImportVekForm.h"
 #include "app/MainWindow.h"
 #include "app/OutportVekForm.h"
+#include "app/PlanCheckForm.h"
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 #include "traffic/AddDstNodeForm.h"
@@ -14,6 +15,7 @@
 
 #include "tests/app/Studio.h"
 #include "tests/support/DialogClicks.h"
+#include "tests/support/ViewMenus.h"
 #include "tools/tour/DialogPictures.h"
 
 #include <QApplication>
@@ -28,6 +30,8 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTableView>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -89,8 +93,11 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addDrawingStages();
     addDrawnRunStages();
     addExchangeStages();
-    for (const char* example : {"avionics-line", "ring", "industrial-tree"})
-        addExampleStages(QString::fromUtf8(example));
+    addExampleStages(QStringLiteral("avionics-line"));
+    addExampleStages(QStringLiteral("ring"));
+    addExampleStages(QStringLiteral("industrial-tree"));
+    addExampleStages(QStringLiteral("succeeds-not-sound"));
+    addPlanCheckStages();
     addFailingExampleStages(
         {QStringLiteral("fails-window-check"), "1", pathOf("4000 5000"), pathOf("0 4600")});
     addFailingExampleStages(
@@ -261,6 +268,46 @@ void Tour::addExampleStages(const QString& example)
     addRunStages(example);
     m_stages.push_back({example + QStringLiteral("-schedule"),
                         [this] { return m_studio->probe.planInfoDock() != nullptr; }, [] {}});
+}
+
+// Opens the check of the plan that is shown, walks through its pages, and goes to the place of its
+// first finding.
+void Tour::addPlanCheckStages()
+{
+    m_stages.push_back({QStringLiteral("plan-check-menu"), [] { return true; },
+                        [this] {
+                            auto* nodes = m_studio->probe.planInfoDock()->findChild<QListWidget*>();
+                            openMenuByMouse(*nodes, nodes->currentIndex());
+                        }});
+    m_stages.push_back({QStringLiteral("plan-check-menu-open"), &isShown<QMenu>,
+                        [] { chooseByMouse(openMenu(), openMenu()->actions().first()->text()); }});
+    m_stages.push_back({QStringLiteral("plan-check-findings"), &isShown<PlanCheckForm>,
+                        [this] { openPlanCheckPage(1); }});
+    m_stages.push_back(
+        {QStringLiteral("plan-check-load"), [] { return true; }, [this] { openPlanCheckPage(2); }});
+    m_stages.push_back({QStringLiteral("plan-check-latency"), [] { return true; },
+                        [this] { openPlanCheckPage(3); }});
+    m_stages.push_back({QStringLiteral("plan-check-buffers"), [] { return true; },
+                        [this] {
+                            openPlanCheckPage(0);
+                            goToFirstFinding();
+                        }});
+    m_stages.push_back({QStringLiteral("plan-check-place"), [] { return true; },
+                        [] { visibleWindow<PlanCheckForm>()->close(); }});
+}
+
+void Tour::openPlanCheckPage(int index)
+{
+    auto* bar = visibleWindow<PlanCheckForm>()->findChild<QTabBar*>();
+    QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(index).center());
+}
+
+// By Enter, so that the tool tip of its cell shows.
+void Tour::goToFirstFinding()
+{
+    auto* findings =
+        visibleWindow<PlanCheckForm>()->findChild<QTableView*>(QStringLiteral("findingTable"));
+    QTest::keyClick(findings, Qt::Key_Return);
 }
 
 // Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "synthesis/ClauseSolver.h"
+#include "synthesis/SearchModel.h"
+
+#include <map>
+
+namespace synthesis
+{
+
+/// Clauses that let at most one flow take up each cell of a port.
+class PortClauses
+{
+public:
+    /// Refers to both.
+    PortClauses(const SearchModel& model, ClauseSolver& solver);
+
+    /// Whether the choices of the model are few enough to be written down.
+    static bool areFeasible(const SearchModel& model);
+
+    /// The variable that is true when the flow takes up the cell of its ring.
+    int cell(quint32 port, quint32 flow, quint32 cell);
+
+    /// Adds the clauses; all cells must have been asked for.
+    void forbidSharing();
+
+private:
+    using CellsByFlow = std::map<quint32, std::map<quint32, int>>;
+
+    void forbidSharingOn(const CellsByFlow& cells);
+
+    const SearchModel& m_model;
+    ClauseSolver& m_solver;
+    std::vector<CellsByFlow> m_cells; ///< by port
+};
+
+} // namespace synthesis

@@ -34,6 +34,9 @@ public:
     /// Scrolls towards the drawing, as far as the canvas goes, when no item of it is in view.
     void bringDrawingIntoView();
 
+    /// Keeps the Delete key from the drawing while a list or menu is open over it.
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 public slots:
     /// Repaints scene and view.
     void updateGraphics();

@@ -35,9 +35,7 @@ void MainWindow::handleActionSaveProject()
         return;
     if (!path.endsWith(projectEnding()))
         path.append(projectEnding());
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        writeProject(file, projectOf(*topologyWindow->getScence(), vLineInfoList, flowInfoList));
+    saveProject(path, projectOf(*topologyWindow->getScence(), vLineInfoList, flowInfoList));
 }
 
 // The schedule and its documents stay: they belong to the last run or import.

@@ -1,5 +1,6 @@
 #include "traffic/AddVLineForm.h"
 
+#include "topology/DefaultButton.h"
 #include "topology/RecordNotifier.h"
 #include "traffic/VLineNodeSelectForm.h"
 
@@ -67,9 +68,17 @@ void AddVLineForm::confirm()
     close();
 }
 
+bool AddVLineForm::reachesAHost() const
+{
+    const DiagramItem* last = path.value(path.size() - 1);
+    return path.size() >= 2 && last && last->diagramType == DiagramItem::Endpoint;
+}
+
+// Enter goes on along the path until there is a listener at its end.
 void AddVLineForm::showPath()
 {
     ui->lineEdit_vLineInfo->setText(pathText(path));
+    makeDefault(reachesAHost() ? ui->confirmButton : ui->addNodeButton);
 }
 
 void AddVLineForm::forgetGoneNode(const DiagramItem* node)

@@ -38,6 +38,7 @@ private:
     VLineNodeSelectForm* createSelectForm();
     void confirm();
     void showPath();
+    bool reachesAHost() const;
     void forgetGoneNode(const DiagramItem* node);
 
     std::unique_ptr<Ui::AddVLineForm> ui;

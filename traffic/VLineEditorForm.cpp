@@ -1,5 +1,6 @@
 #include "traffic/VLineEditorForm.h"
 
+#include "topology/DefaultButton.h"
 #include "topology/RecordNotifier.h"
 #include "traffic/AddVLineForm.h"
 
@@ -19,6 +20,8 @@ VLineEditorForm::VLineEditorForm(TopologyWindow* window, QWidget* parent)
     connect(ui->cancelButton, &QPushButton::clicked, this, &VLineEditorForm::close);
     connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
             &VLineEditorForm::forgetGoneNode);
+    connect(ui->lineEdit_VLineId, &QLineEdit::textChanged, this, &VLineEditorForm::offerNextStep);
+    offerNextStep();
 }
 
 VLineEditorForm::~VLineEditorForm() = default;
@@ -40,6 +43,7 @@ void VLineEditorForm::rcvItems(VLineItems items)
     vLineInfo.vLinePaths.append(items);
     ui->comboBox_VLineInfo->addItem(pathText(items));
     ui->comboBox_VLineInfo->setCurrentIndex(ui->comboBox_VLineInfo->count() - 1);
+    offerNextStep();
 }
 
 void VLineEditorForm::delCurrentVLine()
@@ -49,6 +53,15 @@ void VLineEditorForm::delCurrentVLine()
         return;
     vLineInfo.vLinePaths.removeAt(index);
     ui->comboBox_VLineInfo->removeItem(index);
+    offerNextStep();
+}
+
+// A confirmation that is refused closes the form, so Enter confirms only what will be accepted.
+void VLineEditorForm::offerNextStep()
+{
+    const bool complete =
+        !ui->lineEdit_VLineId->text().isEmpty() && !vLineInfo.vLinePaths.isEmpty();
+    makeDefault(complete ? ui->confirmButton : ui->addVLineButton);
 }
 
 void VLineEditorForm::confirm()

@@ -35,6 +35,7 @@ protected:
 private:
     void addPath();
     void confirm();
+    void offerNextStep();
     void forgetGoneNode(const DiagramItem* node);
 
     std::unique_ptr<Ui::VLineEditorForm> ui;

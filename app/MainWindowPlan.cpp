@@ -71,6 +71,8 @@ void MainWindow::planInfo()
 
 void MainWindow::changeStackedWidgetPage(int index)
 {
+    if (!planInfoDock)
+        return;
     planInfoDock->findChild<QStackedWidget*>(QStringLiteral("stackedWidget"))
         ->setCurrentIndex(index);
     updateNodeInfo();
@@ -90,6 +92,8 @@ MainWindow::PlanView MainWindow::currentPlanView()
 
 void MainWindow::updateInfoBarText()
 {
+    if (!planInfoDock)
+        return;
     auto* cycle = planInfoDock->findChild<QLabel*>(QStringLiteral("schedCycleLabel"));
     auto* slotLength = planInfoDock->findChild<QLabel*>(QStringLiteral("slotLenLabel"));
     if (!cycle || !slotLength)
@@ -100,6 +104,8 @@ void MainWindow::updateInfoBarText()
 
 void MainWindow::updateNodeInfo()
 {
+    if (!planInfoDock)
+        return;
     updateInfoBarText();
     const PlanView view = currentPlanView();
     view.nodes->clear();
@@ -111,6 +117,8 @@ void MainWindow::updateNodeInfo()
 
 void MainWindow::updatePlanInfo()
 {
+    if (!planInfoDock)
+        return;
     const PlanView view = currentPlanView();
     const QList<QListWidgetItem*> selected = view.nodes->selectedItems();
     if (!selected.isEmpty()) {
@@ -124,6 +132,8 @@ void MainWindow::updatePlanInfo()
 
 void MainWindow::updateFlowList()
 {
+    if (!planInfoDock)
+        return;
     const PlanView view = currentPlanView();
     view.flows->clearFlowList();
     const QTableWidgetItem* port = view.table->item(view.table->currentRow(), 0);

@@ -3,12 +3,12 @@
 #include "app/DockToggle.h"
 #include "project/ProjectFile.h"
 #include "topology/SingleDialog.h"
+#include "traffic/CellBox.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
 
-#include <QComboBox>
 #include <QDockWidget>
 #include <QPushButton>
 #include <QTableWidget>
@@ -122,12 +122,13 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     ensureVLineDock();
     vLineInfoList.append(vLineInfo);
     const int row = appendTrafficRow(vLineTable, {vLineInfo.vLineId});
-    auto* paths = new QComboBox;
+    QStringList summaries;
     int mostSwitches = 0;
     for (const VLineItems& path : qAsConst(vLineInfo.vLinePaths)) {
-        paths->addItem(pathSummary(path));
+        summaries.append(pathSummary(path));
         mostSwitches = std::max(mostSwitches, switchCount(path));
     }
+    auto* paths = new CellBox(summaries);
     connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
     vLineTable->setCellWidget(row, 2, paths);
     vLineTable->setItem(row, 3, centredItem(QString::number(mostSwitches)));
@@ -139,21 +140,24 @@ void MainWindow::forgetGoneNode(const DiagramItem* node)
     for (int row = 0; row < vLineInfoList.size(); ++row) {
         if (!forgetNode(vLineInfoList[row].vLinePaths, node))
             continue;
-        auto* paths = qobject_cast<QComboBox*>(vLineTable->cellWidget(row, 2));
+        auto* paths = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
         const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
         for (int i = 0; paths && i < items.size(); ++i)
-            paths->setItemText(i, pathSummary(items.at(i)));
+            paths->setEntry(i, pathSummary(items.at(i)));
     }
 }
 
 void MainWindow::delVLineEditorTableItem()
 {
-    deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });
+    if (vLineTable)
+        deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });
 }
 
 // The row is the table's current one, which need not be that of the list that was opened.
 void MainWindow::showVLineWindow(int index)
 {
+    if (!vLineTable)
+        return;
     const QList<VLineItems> paths = vLineInfoList.value(vLineTable->currentRow()).vLinePaths;
     if (index < 0 || index >= paths.size())
         return;
@@ -212,15 +216,16 @@ void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
         {flowInfo.flowType, flowInfo.flowId, flowInfo.flowPeriod, flowInfo.flowSize,
          flowInfo.vLineId,
          windowSummary(flowInfo.srcNode, flowInfo.sendWindowLow, flowInfo.sendWindowHigh)});
-    auto* listeners = new QComboBox;
+    QStringList listeners;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
-        listeners->addItem(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
-    flowTable->setCellWidget(row, 7, listeners);
+        listeners.append(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
+    flowTable->setCellWidget(row, 7, new CellBox(listeners));
 }
 
 void MainWindow::delFlowEditorTableItem()
 {
-    deleteSelectedRows(flowTable, [this](int row) { flowInfoList.removeAt(row); });
+    if (flowTable)
+        deleteSelectedRows(flowTable, [this](int row) { flowInfoList.removeAt(row); });
 }
 
 void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)

@@ -18,6 +18,8 @@ QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& w
         table->setColumnWidth(column, widths.at(column));
     table->setHorizontalHeaderLabels(headers);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // Each selected range deletes its rows: two cells of one row would take a second row with it.
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setAlternatingRowColors(true);
     table->verticalHeader()->setVisible(false);
     table->verticalHeader()->setDefaultSectionSize(rowHeight);

@@ -97,6 +97,12 @@ void MainWindow::flowEditor()
         ensureFlowDock();
 }
 
+template <typename Record>
+static void removeRange(QList<Record>& records, int first, int count)
+{
+    records.erase(records.begin() + first, records.begin() + first + count);
+}
+
 // ---- Virtual links
 
 void MainWindow::showVLineEditorForm()
@@ -135,10 +141,10 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
 }
 
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
-void MainWindow::forgetGoneNode(const DiagramItem* node)
+void MainWindow::forgetGoneNodes(const GoneNodes& nodes)
 {
     for (int row = 0; row < vLineInfoList.size(); ++row) {
-        if (!forgetNode(vLineInfoList[row].vLinePaths, node))
+        if (!forgetNodes(vLineInfoList[row].vLinePaths, nodes))
             continue;
         auto* paths = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
         const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
@@ -150,7 +156,8 @@ void MainWindow::forgetGoneNode(const DiagramItem* node)
 void MainWindow::delVLineEditorTableItem()
 {
     if (vLineTable)
-        deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });
+        deleteSelectedRows(
+            vLineTable, [this](int first, int count) { removeRange(vLineInfoList, first, count); });
 }
 
 // The row is the table's current one, which need not be that of the list that was opened.
@@ -176,7 +183,8 @@ void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
 {
     ensureVLineDock();
     vLineDock->setVisible(true);
-    clearTrafficTable(vLineTable);
+    const HiddenTable hidden(vLineTable);
+    vLineTable->setRowCount(0);
     vLineInfoList.clear();
     for (const FileVLineInfo& record : qAsConst(records))
         addVLineEditorTableItem(vLineOf(record));
@@ -225,14 +233,16 @@ void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 void MainWindow::delFlowEditorTableItem()
 {
     if (flowTable)
-        deleteSelectedRows(flowTable, [this](int row) { flowInfoList.removeAt(row); });
+        deleteSelectedRows(
+            flowTable, [this](int first, int count) { removeRange(flowInfoList, first, count); });
 }
 
 void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
 {
     ensureFlowDock();
     flowDock->setVisible(true);
-    clearTrafficTable(flowTable);
+    const HiddenTable hidden(flowTable);
+    flowTable->setRowCount(0);
     flowInfoList.clear();
     for (const FlowInfo& flow : qAsConst(flows))
         addFlowEditorTableItem(flow);

@@ -4,6 +4,7 @@
 #include "topology/DiagramScene.h"
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
+#include "topology/RecordNotifier.h"
 
 #include <QAction>
 #include <QButtonGroup>
@@ -102,18 +103,20 @@ void TopologyWindow::editLine()
     editLineWindow->show();
 }
 
-// Links go first, so that deleting nodes cannot meet one twice.
+// Links go first, so that deleting nodes cannot meet one twice. Nobody sees the numbers before the
+// last node is gone.
 void TopologyWindow::deleteItem()
 {
     deleteSelectedLinks();
     const QList<QGraphicsItem*> selected = scene->selectedItems();
+    const RecordNotifier::Together together;
     for (QGraphicsItem* item : selected) {
         if (auto* node = qgraphicsitem_cast<DiagramItem*>(item))
             node->removeArrows();
         scene->removeItem(item);
-        scene->renumberNodes();
         delete item;
     }
+    scene->renumberNodes();
 }
 
 void TopologyWindow::deleteSelectedLinks()

@@ -1,7 +1,6 @@
 #include "traffic/AddVLineForm.h"
 
 #include "topology/DefaultButton.h"
-#include "topology/RecordNotifier.h"
 #include "traffic/VLineNodeSelectForm.h"
 
 #include "ui_AddVLineForm.h"
@@ -17,8 +16,8 @@ AddVLineForm::AddVLineForm(TopologyWindow* window, const VLineInfo& vLine, QWidg
     connect(ui->delNodeButton, &QPushButton::clicked, this, &AddVLineForm::delCurrentVLineNode);
     connect(ui->confirmButton, &QPushButton::clicked, this, &AddVLineForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &AddVLineForm::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &AddVLineForm::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &AddVLineForm::forgetGoneNodes);
     if (!vLineInfo.vLinePaths.isEmpty())
         path.append(talkerOf(vLineInfo));
     showPath();
@@ -81,10 +80,10 @@ void AddVLineForm::showPath()
     makeDefault(reachesAHost() ? ui->confirmButton : ui->addNodeButton);
 }
 
-void AddVLineForm::forgetGoneNode(const DiagramItem* node)
+void AddVLineForm::forgetGoneNodes(const GoneNodes& nodes)
 {
-    forgetNode(path, node);
-    forgetNode(vLineInfo.vLinePaths, node);
+    forgetNodes(path, nodes);
+    forgetNodes(vLineInfo.vLinePaths, nodes);
     showPath();
 }
 

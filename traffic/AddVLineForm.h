@@ -39,7 +39,7 @@ private:
     void confirm();
     void showPath();
     bool reachesAHost() const;
-    void forgetGoneNode(const DiagramItem* node);
+    void forgetGoneNodes(const GoneNodes& nodes);
 
     std::unique_ptr<Ui::AddVLineForm> ui;
     TopologyWindow* topologyWindow;

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QTableWidget>
 
+#include <algorithm>
+
 static constexpr int rowHeight = 25;
 
 QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& widths)
@@ -71,23 +73,36 @@ int appendTrafficRow(QTableWidget* table, const QStringList& texts)
     return row;
 }
 
-void deleteSelectedRows(QTableWidget* table, const std::function<void(int)>& removeElement)
+HiddenTable::HiddenTable(QTableWidget* table)
+    : m_table(table),
+      m_wasHidden(table->isHidden()),
+      m_hadFocus(table->hasFocus())
+{
+    m_table->hide();
+}
+
+HiddenTable::~HiddenTable()
+{
+    m_table->setHidden(m_wasHidden);
+    if (m_hadFocus)
+        m_table->setFocus();
+}
+
+void deleteSelectedRows(QTableWidget* table, const std::function<void(int, int)>& removeElements)
 {
     const QList<QTableWidgetSelectionRange> ranges = table->selectedRanges();
     if (ranges.isEmpty())
         qDebug() << "请选择一行";
+    const HiddenTable hidden(table);
+    int firstMoved = table->rowCount();
     for (const QTableWidgetSelectionRange& range : ranges) {
-        for (int i = 0; i < range.rowCount() && range.topRow() < table->rowCount(); ++i) {
-            removeElement(range.topRow());
-            table->removeRow(range.topRow());
-        }
-        for (int row = range.topRow(); row < table->rowCount(); ++row)
-            numberRow(table, row);
+        const int count = std::min(range.rowCount(), table->rowCount() - range.topRow());
+        if (count <= 0)
+            continue;
+        removeElements(range.topRow(), count);
+        table->model()->removeRows(range.topRow(), count);
+        firstMoved = std::min(firstMoved, range.topRow());
     }
-}
-
-void clearTrafficTable(QTableWidget* table)
-{
-    while (table->rowCount() > 0)
-        table->removeRow(0);
+    for (int row = firstMoved; row < table->rowCount(); ++row)
+        numberRow(table, row);
 }

@@ -1,7 +1,6 @@
 #include "traffic/VLineEditorForm.h"
 
 #include "topology/DefaultButton.h"
-#include "topology/RecordNotifier.h"
 #include "traffic/AddVLineForm.h"
 
 #include "ui_VLineEditorForm.h"
@@ -18,8 +17,8 @@ VLineEditorForm::VLineEditorForm(TopologyWindow* window, QWidget* parent)
     connect(ui->delVLineButton, &QPushButton::clicked, this, &VLineEditorForm::delCurrentVLine);
     connect(ui->confirmButton, &QPushButton::clicked, this, &VLineEditorForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &VLineEditorForm::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &VLineEditorForm::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &VLineEditorForm::forgetGoneNodes);
     connect(ui->lineEdit_VLineId, &QLineEdit::textChanged, this, &VLineEditorForm::offerNextStep);
     offerNextStep();
 }
@@ -80,9 +79,9 @@ void VLineEditorForm::confirm()
     close();
 }
 
-void VLineEditorForm::forgetGoneNode(const DiagramItem* node)
+void VLineEditorForm::forgetGoneNodes(const GoneNodes& nodes)
 {
-    forgetNode(vLineInfo.vLinePaths, node);
+    forgetNodes(vLineInfo.vLinePaths, nodes);
     for (int i = 0; i < vLineInfo.vLinePaths.size(); ++i)
         ui->comboBox_VLineInfo->setItemText(i, pathText(vLineInfo.vLinePaths.at(i)));
 }

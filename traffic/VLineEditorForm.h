@@ -36,7 +36,7 @@ private:
     void addPath();
     void confirm();
     void offerNextStep();
-    void forgetGoneNode(const DiagramItem* node);
+    void forgetGoneNodes(const GoneNodes& nodes);
 
     std::unique_ptr<Ui::VLineEditorForm> ui;
     TopologyWindow* topologyWindow;

@@ -146,6 +146,7 @@ private:
     void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
     void forgetGoneNodes(const GoneNodes& nodes);
+    void showPaths(int row);
     void showStatus(const QString& text);
     void showProject(const Project& project);
     int runStages();

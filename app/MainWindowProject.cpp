@@ -51,8 +51,10 @@ void MainWindow::handleActionOpenProject()
         showProject(readProject(file));
 }
 
+// The rows that go are emptied first, so that they need not forget their nodes one by one.
 void MainWindow::showProject(const Project& project)
 {
+    vLineInfoList.clear();
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);

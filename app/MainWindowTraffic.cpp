@@ -3,19 +3,22 @@
 #include "app/DockToggle.h"
 #include "project/ProjectFile.h"
 #include "topology/SingleDialog.h"
-#include "traffic/CellBox.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
+#include "widgets/CellBox.h"
 
 #include <QDockWidget>
 #include <QPushButton>
 #include <QTableWidget>
 
 #include <algorithm>
+#include <memory>
 
 // Virtual links and flows: docks, tables and their editors.
+
+static constexpr int fewBoxes = 50;
 
 // ---- Docks
 
@@ -136,21 +139,33 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     }
     auto* paths = new CellBox(summaries);
     connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
-    vLineTable->setCellWidget(row, 2, paths);
+    setCellBox(vLineTable, row, 2, paths);
     vLineTable->setItem(row, 3, centredItem(QString::number(mostSwitches)));
 }
 
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
 void MainWindow::forgetGoneNodes(const GoneNodes& nodes)
 {
+    QVector<int> rows;
     for (int row = 0; row < vLineInfoList.size(); ++row) {
-        if (!forgetNodes(vLineInfoList[row].vLinePaths, nodes))
-            continue;
-        auto* paths = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
-        const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
-        for (int i = 0; paths && i < items.size(); ++i)
-            paths->setEntry(i, pathSummary(items.at(i)));
+        if (forgetNodes(vLineInfoList[row].vLinePaths, nodes))
+            rows.append(row);
     }
+    if (!vLineTable || rows.isEmpty())
+        return;
+    // Shown boxes repaint one by one, and each one looks at all others for what lies over it.
+    const std::unique_ptr<HiddenTable> hidden(rows.size() > fewBoxes ? new HiddenTable(vLineTable)
+                                                                     : nullptr);
+    for (const int row : qAsConst(rows))
+        showPaths(row);
+}
+
+void MainWindow::showPaths(int row)
+{
+    auto* box = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
+    const QList<VLineItems> paths = vLineInfoList.at(row).vLinePaths;
+    for (int i = 0; box && i < paths.size(); ++i)
+        box->setEntry(i, pathSummary(paths.at(i)));
 }
 
 void MainWindow::delVLineEditorTableItem()
@@ -184,7 +199,7 @@ void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
     ensureVLineDock();
     vLineDock->setVisible(true);
     const HiddenTable hidden(vLineTable);
-    vLineTable->setRowCount(0);
+    removeTrafficRows(vLineTable, 0, vLineTable->rowCount());
     vLineInfoList.clear();
     for (const FileVLineInfo& record : qAsConst(records))
         addVLineEditorTableItem(vLineOf(record));
@@ -227,7 +242,7 @@ void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
     QStringList listeners;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
         listeners.append(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
-    flowTable->setCellWidget(row, 7, new CellBox(listeners));
+    setCellBox(flowTable, row, 7, new CellBox(listeners));
 }
 
 void MainWindow::delFlowEditorTableItem()
@@ -242,7 +257,7 @@ void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
     ensureFlowDock();
     flowDock->setVisible(true);
     const HiddenTable hidden(flowTable);
-    flowTable->setRowCount(0);
+    removeTrafficRows(flowTable, 0, flowTable->rowCount());
     flowInfoList.clear();
     for (const FlowInfo& flow : qAsConst(flows))
         addFlowEditorTableItem(flow);

@@ -94,6 +94,7 @@ private:
     QWidget* createBackgroundCellWidget(const QString& text, const QString& image);
     void chooseColor(QAction*& chosen, QToolButton* button, const QString& image);
     QGraphicsItem* firstSelectedItem() const;
+    QList<QGraphicsItem*> selectionInOrder() const;
     void deleteSelectedLinks();
 
     EditItemWindow* editItemWindow = nullptr; ///< null while closed

@@ -103,12 +103,25 @@ void TopologyWindow::editLine()
     editLineWindow->show();
 }
 
+// Latest first: the scene finds an item at the end of its list at once when that is to be removed.
+QList<QGraphicsItem*> TopologyWindow::selectionInOrder() const
+{
+    QList<QGraphicsItem*> selected;
+    if (scene->selectedItems().isEmpty())
+        return selected;
+    for (QGraphicsItem* item : scene->items(Qt::DescendingOrder)) {
+        if (item->isSelected())
+            selected.append(item);
+    }
+    return selected;
+}
+
 // Links go first, so that deleting nodes cannot meet one twice. Nobody sees the numbers before the
 // last node is gone.
 void TopologyWindow::deleteItem()
 {
     deleteSelectedLinks();
-    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    const QList<QGraphicsItem*> selected = selectionInOrder();
     const RecordNotifier::Together together;
     for (QGraphicsItem* item : selected) {
         if (auto* node = qgraphicsitem_cast<DiagramItem*>(item))
@@ -121,7 +134,7 @@ void TopologyWindow::deleteItem()
 
 void TopologyWindow::deleteSelectedLinks()
 {
-    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    const QList<QGraphicsItem*> selected = selectionInOrder();
     for (QGraphicsItem* item : selected) {
         if (auto* arrow = qgraphicsitem_cast<Arrow*>(item)) {
             scene->removeItem(arrow);

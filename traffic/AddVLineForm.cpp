@@ -1,7 +1,7 @@
 #include "traffic/AddVLineForm.h"
 
-#include "topology/DefaultButton.h"
 #include "traffic/VLineNodeSelectForm.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_AddVLineForm.h"
 

@@ -1,5 +1,8 @@
 #include "traffic/TrafficTable.h"
 
+#include "widgets/CellBox.h"
+#include "widgets/CellTable.h"
+
 #include <QDebug>
 #include <QDockWidget>
 #include <QGridLayout>
@@ -13,7 +16,7 @@ static constexpr int rowHeight = 25;
 
 QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& widths)
 {
-    auto* table = new QTableWidget;
+    auto* table = new CellTable;
     table->setRowCount(0);
     table->setColumnCount(headers.size());
     for (int column = 0; column < widths.size(); ++column)
@@ -73,6 +76,11 @@ int appendTrafficRow(QTableWidget* table, const QStringList& texts)
     return row;
 }
 
+void setCellBox(QTableWidget* table, int row, int column, CellBox* box)
+{
+    static_cast<CellTable*>(table)->setCell(row, column, box);
+}
+
 HiddenTable::HiddenTable(QTableWidget* table)
     : m_table(table),
       m_wasHidden(table->isHidden()),
@@ -88,6 +96,18 @@ HiddenTable::~HiddenTable()
         m_table->setFocus();
 }
 
+// The boxes go in the order in which they came. Left to the table they go in no order, and each one
+// is searched for among all others then.
+void removeTrafficRows(QTableWidget* table, int first, int count)
+{
+    const HiddenTable hidden(table);
+    for (int row = first; row < first + count; ++row) {
+        for (int column = 0; column < table->columnCount(); ++column)
+            delete table->cellWidget(row, column);
+    }
+    table->model()->removeRows(first, count);
+}
+
 void deleteSelectedRows(QTableWidget* table, const std::function<void(int, int)>& removeElements)
 {
     const QList<QTableWidgetSelectionRange> ranges = table->selectedRanges();
@@ -100,7 +120,7 @@ void deleteSelectedRows(QTableWidget* table, const std::function<void(int, int)>
         if (count <= 0)
             continue;
         removeElements(range.topRow(), count);
-        table->model()->removeRows(range.topRow(), count);
+        removeTrafficRows(table, range.topRow(), count);
         firstMoved = std::min(firstMoved, range.topRow());
     }
     for (int row = firstMoved; row < table->rowCount(); ++row)

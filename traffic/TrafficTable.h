@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class CellBox;
 class QDockWidget;
 class QPushButton;
 class QTableWidget;
@@ -31,6 +32,9 @@ QTableWidgetItem* centredItem(const QString& text);
 /// Appends a row: its number from 1, then the texts, all centred. Returns its index.
 int appendTrafficRow(QTableWidget* table, const QStringList& texts);
 
+/// Puts a box into a cell of a table that createTrafficTable() made.
+void setCellBox(QTableWidget* table, int row, int column, CellBox* box);
+
 /// Hides a table while it lives, so that many rows come and go without laying out all of its
 /// boxes for each of them.
 class HiddenTable
@@ -46,6 +50,9 @@ private:
     bool m_wasHidden;
     bool m_hadFocus;
 };
+
+/// Removes rows with their boxes.
+void removeTrafficRows(QTableWidget* table, int first, int count);
 
 /// Removes the selected ranges and numbers the rows anew; removeElements is called with the first
 /// index and the count of each range.

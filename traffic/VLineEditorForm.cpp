@@ -1,7 +1,7 @@
 #include "traffic/VLineEditorForm.h"
 
-#include "topology/DefaultButton.h"
 #include "traffic/AddVLineForm.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_VLineEditorForm.h"
 

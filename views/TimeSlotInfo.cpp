@@ -1,12 +1,37 @@
 #include "views/TimeSlotInfo.h"
 
 #include "views/FlowColorTable.h"
+#include "widgets/CellWidget.h"
 
 #include <QHeaderView>
 #include <QProgressBar>
 
+namespace
+{
+
+/// A header's label that is put together when it is read: few of the many columns are ever seen.
+class ColumnLabel : public QTableWidgetItem
+{
+public:
+    explicit ColumnLabel(int column) : m_column(column) {}
+
+    QVariant data(int role) const override
+    {
+        const QVariant given = QTableWidgetItem::data(role);
+        if (given.isValid() || role != Qt::DisplayRole)
+            return given;
+        return m_column == 0 ? QStringLiteral(u"端口号")
+                             : QStringLiteral(u"时隙%1").arg(m_column - 1);
+    }
+
+private:
+    int m_column;
+};
+
+} // namespace
+
 TimeSlotInfo::TimeSlotInfo(QWidget* parent)
-    : QTableWidget(parent),
+    : CellTable(parent),
       backgroundColor(Qt::white),
       textColor(10, 10, 10)
 {
@@ -17,23 +42,31 @@ void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
 {
     const int slotColumns = qBound(0, slotCount, mostSlots);
     setColumnCount(slotColumns + 1);
-    setStyleSheet(QStringLiteral("QTableWidget::item{padding:0px;}"));
-    QStringList labels{QStringLiteral(u"端口号")};
-    labels.reserve(slotColumns + 1);
-    for (int slot = 0; slot < slotColumns; ++slot)
-        labels.append(QStringLiteral(u"时隙%1").arg(slot));
-    setHorizontalHeaderLabels(labels);
+    const QString sheet = QStringLiteral("QTableWidget::item{padding:0px;}");
+    if (styleSheet() != sheet) // the same one again would polish all bars anew
+        setStyleSheet(sheet);
+    labelColumns();
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::SingleSelection);
     verticalHeader()->setVisible(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    for (auto port = ports.cbegin(); port != ports.cend(); ++port) {
-        const int row = rowCount();
-        insertRow(row);
+    int row = rowCount();
+    setRowCount(row + ports.size());
+    for (auto port = ports.cbegin(); port != ports.cend(); ++port, ++row) {
         auto* item = new QTableWidgetItem(QStringLiteral(u"端口%1").arg(port.key()));
         item->setTextAlignment(Qt::AlignCenter);
         setItem(row, 0, item);
+    }
+}
+
+// The header is told once of all new labels.
+void TimeSlotInfo::labelColumns()
+{
+    const QSignalBlocker blocker(model());
+    for (int column = 0; column < columnCount(); ++column) {
+        if (!horizontalHeaderItem(column))
+            setHorizontalHeaderItem(column, new ColumnLabel(column));
     }
 }
 
@@ -41,10 +74,11 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
 {
     if (slot < 0 || slot >= columnCount() - 1 || row < 0 || row >= rowCount())
         return;
-    auto* bar = new QProgressBar;
+    auto* bar = new CellWidget<QProgressBar>(viewport());
     bar->setRange(0, 100);
     bar->setValue(25);
     bar->setTextVisible(false);
+    setCell(row, slot + 1, bar); // before the style sheet, which every new parent would read anew
     const QString shape =
         QStringLiteral("QProgressBar{background:%1;border-width:0px;border-radius:0px;"
                        "text-align:center;}QProgressBar::chunk{border-radius:0px;}")
@@ -53,17 +87,12 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
         QStringLiteral("QProgressBar{color:%1;}QProgressBar::chunk{background:%2;}")
             .arg(textColor.name(), flowColor(flowID).name());
     bar->setStyleSheet(shape + colors);
-    setCellWidget(row, slot + 1, bar);
 }
 
-// Cells are set in a hidden viewport, so that none is shown, polished, laid out or painted on its
-// own; the widget itself stays, and with it the layout around it.
 void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
 {
     setUpdatesEnabled(false);
-    viewport()->hide();
-    clear();
-    setRowCount(0);
+    removeAllRows();
     setupSlotTable(ports, slotCount);
     int row = 0;
     for (const auto& flows : ports) {
@@ -73,6 +102,6 @@ void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
         }
         ++row;
     }
-    viewport()->show();
     setUpdatesEnabled(true);
+    updateEditorGeometries();
 }

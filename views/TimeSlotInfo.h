@@ -1,14 +1,15 @@
 #pragma once
 
+#include "widgets/CellTable.h"
+
 #include <QColor>
 #include <QMap>
-#include <QTableWidget>
 
 /// The ports of one node: port, flow id, then slots; as the schedule holds them below a node.
 using PortSchedule = QMap<int, QMap<int, QMap<int, qint64>>>;
 
 /// Grid of one node's schedule: a row a port, a column a slot, a coloured cell where a flow sends.
-class TimeSlotInfo : public QTableWidget
+class TimeSlotInfo : public CellTable
 {
     Q_OBJECT
 
@@ -32,6 +33,8 @@ public:
     static constexpr int mostSlots = 100000;
 
 private:
+    void labelColumns();
+
     QColor backgroundColor; ///< the empty part of a cell
     QColor textColor;
 };

@@ -1,17 +1,19 @@
 #include "app/MainWindow.h"
 #include "bench/CpuTime.h"
+#include "project/ProjectFile.h"
 #include "topology/DiagramScene.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTable.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QTableWidget>
 
 #include <algorithm>
 
 // What opening, opening again, deleting and clearing a project cost as it grows, in the shown main
-// window, and what filling the two tables costs against filling shown tables row by row.
+// window, and what filling the two tables costs against filling plain shown tables row by row.
 //
 // Compare ratios of one run; the exponents must not be much above 1.
 
@@ -22,12 +24,13 @@ static QString nameOf(int node)
 
 static QList<FileNodeInfo> gridOfNodes(int count)
 {
-    const int columns = std::max(1, int(std::sqrt(count)));
+    const int columns = std::max(1, int(std::ceil(std::sqrt(count))));
+    const double distance = 4900.0 / columns; // all of them on the canvas
     QList<FileNodeInfo> nodes;
     for (int i = 0; i < count; ++i) {
         FileNodeInfo node;
         node.type = i % 2;
-        node.position = QPointF(100 + i % columns * 180, 100 + i / columns * 220);
+        node.position = QPointF(i % columns * distance, i / columns * distance);
         node.nodeName = nameOf(i);
         nodes.append(node);
     }
@@ -72,6 +75,14 @@ static QList<FlowInfo> flowsOn(int count)
     return flows;
 }
 
+/// Opens what the main window keeps to itself.
+struct MainWindowProbe {
+    static void showProject(MainWindow& window, const Project& project)
+    {
+        window.showProject(project);
+    }
+};
+
 /// The main window and what is done to it.
 class Studio
 {
@@ -84,17 +95,12 @@ public:
         QCoreApplication::processEvents();
     }
 
-    void openNodes(int nodes)
+    /// What "打开工程" does once the file is read.
+    void open(int nodes, int rows)
     {
-        m_drawing->getScence()->buildByProjectFile(gridOfNodes(nodes), chainOfLinks(nodes));
-    }
-
-    void openTables(int nodes, int rows)
-    {
-        QMetaObject::invokeMethod(&m_window, "addVLineItemByProjectFile",
-                                  Q_ARG(QList<FileVLineInfo>, vLinesOver(nodes, rows)));
-        QMetaObject::invokeMethod(&m_window, "addFlowItemByProjectFile",
-                                  Q_ARG(QList<FlowInfo>, flowsOn(rows)));
+        const Project project{chainOfLinks(nodes), gridOfNodes(nodes), vLinesOver(nodes, rows),
+                              flowsOn(rows)};
+        MainWindowProbe::showProject(m_window, project);
     }
 
     void deleteAllRows()
@@ -119,79 +125,65 @@ private:
     TopologyWindow* m_drawing;
 };
 
-static void measureDrawings()
+/// nodesARow of 0 leaves the tables empty.
+static void measureProjects(const char* title, const QVector<int>& sizes, int nodesARow)
 {
     Growth opening;
     Growth reopening;
-    Growth deleting;
+    Growth deletingRows;
+    Growth deletingNodes;
     Growth clearing;
     Studio studio;
-    for (const int nodes : {1250, 2500, 5000, 10000}) {
-        opening.add(nodes, cpuTime([&] { studio.openNodes(nodes); }));
-        reopening.add(nodes, cpuTime([&] { studio.openNodes(nodes); }));
-        deleting.add(nodes, cpuTime([&] { studio.deleteAllNodes(); }));
-        studio.openNodes(nodes);
+    for (const int nodes : sizes) {
+        const int rows = nodesARow > 0 ? nodes / nodesARow : 0;
+        opening.add(nodes, cpuTime([&] { studio.open(nodes, rows); }));
+        reopening.add(nodes, cpuTime([&] { studio.open(nodes, rows); }));
+        deletingNodes.add(nodes, cpuTime([&] { studio.deleteAllNodes(); }));
+        if (rows > 0)
+            deletingRows.add(nodes, cpuTime([&] { studio.deleteAllRows(); }));
+        cpuTime([&] { studio.open(nodes, 0); });
         clearing.add(nodes, cpuTime([&] { studio.clearDrawing(); }));
     }
-    std::printf("drawings of 1250, 2500, 5000, 10000 nodes, ms of CPU time\n");
+    std::printf("%s, ms of CPU time\n", title);
     opening.print("  open");
     reopening.print("  open again");
-    deleting.print("  delete all");
-    clearing.print("  clear");
+    deletingNodes.print("  delete all nodes");
+    if (nodesARow > 0)
+        deletingRows.print("  delete all rows");
+    clearing.print("  clear the drawing");
 }
 
-static void measureTables()
+/// The same rows into shown plain tables, one by one, each with its box.
+static void fillPlainTables(int rows)
 {
-    Growth opening;
-    Growth reopening;
-    Growth forgetting;
-    Growth deleting;
-    Studio studio;
-    for (const int rows : {625, 1250, 2500, 5000}) {
-        studio.openNodes(2 * rows);
-        opening.add(rows, cpuTime([&] { studio.openTables(2 * rows, rows); }));
-        reopening.add(rows, cpuTime([&] { studio.openTables(2 * rows, rows); }));
-        forgetting.add(rows, cpuTime([&] { studio.openNodes(2 * rows); }));
-        deleting.add(rows, cpuTime([&] { studio.deleteAllRows(); }));
-    }
-    std::printf("tables of 625, 1250, 2500, 5000 rows each, twice as many nodes\n");
-    opening.print("  open");
-    reopening.print("  open again");
-    forgetting.print("  drawing under them replaced");
-    deleting.print("  delete all rows");
-}
-
-/// The same rows into shown tables, one by one, each with its box.
-static void fillShownTables(int rows)
-{
-    QTableWidget* vLines = createTrafficTable({{}, {}, {}, {}}, {64, 64, 108, 64});
-    QTableWidget* flows = createTrafficTable({{}, {}, {}, {}, {}, {}, {}, {}},
-                                             {64, 64, 108, 108, 108, 108, 108, 108});
-    for (auto* table : {vLines, flows}) {
-        table->resize(1000, 300);
-        table->show();
+    for (const int columns : {4, 8}) {
+        QTableWidget table(0, columns);
+        table.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+        table.resize(1000, 300);
+        table.show();
         QCoreApplication::processEvents();
-        for (int i = 0; i < rows; ++i) {
-            const int row = appendTrafficRow(table, {QStringLiteral("1")});
+        for (int row = 0; row < rows; ++row) {
+            table.insertRow(row);
+            for (int column = 0; column < columns - 1; ++column)
+                table.setItem(row, column, centredItem(QString::number(row)));
             auto* box = new QComboBox;
             box->addItems({QStringLiteral("{A,[0,9000]}"), QStringLiteral("{B,[0,9000]}")});
-            table->setCellWidget(row, table->columnCount() == 4 ? 2 : 7, box);
+            table.setCellWidget(row, columns - 1, box);
         }
-        delete table;
     }
 }
 
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
-    measureDrawings();
-    measureTables();
+    measureProjects("drawings of 1250, 2500, 5000, 10000 nodes", {1250, 2500, 5000, 10000}, 0);
+    measureProjects("the same with 625, 1250, 2500, 5000 virtual links and flows",
+                    {1250, 2500, 5000, 10000}, 2);
     constexpr int rows = 2000;
-    const double shown = cpuTime([] { fillShownTables(rows); });
+    const double shown = cpuTime([] { fillPlainTables(rows); });
     Studio studio;
-    studio.openNodes(rows);
-    const double opened = cpuTime([&] { studio.openTables(rows, rows); });
-    std::printf("2000 + 2000 rows: opened %.0f ms, into shown tables %.0f ms, ratio %.3f\n", opened,
+    const double opened = cpuTime([&] { studio.open(rows, rows); });
+    std::printf("2000 + 2000 rows: opened %.0f ms, into plain tables %.0f ms, ratio %.3f\n", opened,
                 shown, opened / shown);
     return 0;
 }

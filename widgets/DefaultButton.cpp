@@ -1,4 +1,4 @@
-#include "topology/DefaultButton.h"
+#include "widgets/DefaultButton.h"
 
 #include <QPushButton>
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "widgets/CellWidget.h"
+
 #include <QComboBox>
 
 /// A list in a table's cell: shows its full texts in tool tips, and leaves the wheel to the table.
 ///
 /// Turning the wheel while the table scrolls under it must not choose another entry.
-class CellBox : public QComboBox
+class CellBox : public CellWidget<QComboBox>
 {
 public:
     explicit CellBox(const QStringList& entries);

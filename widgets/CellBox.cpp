@@ -1,4 +1,4 @@
-#include "traffic/CellBox.h"
+#include "widgets/CellBox.h"
 
 #include <QAbstractItemView>
 #include <QWheelEvent>

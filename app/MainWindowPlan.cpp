@@ -109,8 +109,8 @@ void MainWindow::updateNodeInfo()
     updateInfoBarText();
     const PlanView view = currentPlanView();
     view.nodes->clear();
+    view.table->removeAllRows(); // clearing alone would leave the bars to be deleted later
     view.table->clear();
-    view.table->setRowCount(0);
     view.flows->clearFlowList();
     fillNodeList(view.nodes, view.schedule);
 }

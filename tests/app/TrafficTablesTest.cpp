@@ -110,6 +110,44 @@ private slots:
         QVERIFY(table->verticalScrollBar()->value() > 0);
     }
 
+    void onlyBoxesInViewAreShownAndAllAreThere()
+    {
+        FilledStudio studio(0);
+        QTableWidget* table = studio.probe.flowTable();
+        FlowInfo flow;
+        flow.dstNodes = {{QStringLiteral("B"), QStringLiteral("0"), QStringLiteral("1")}};
+        QList<FlowInfo> flows;
+        for (int i = 0; i < 300; ++i)
+            flows.append(flow);
+        studio.probe.addFlowsOfProject(flows);
+        QCoreApplication::processEvents();
+        QVERIFY(table->isVisible());
+        int shown = 0;
+        for (int row = 0; row < 300; ++row) {
+            QVERIFY(qobject_cast<QComboBox*>(table->cellWidget(row, 7)));
+            shown += table->cellWidget(row, 7)->isVisible();
+        }
+        QVERIFY(shown > 0 && shown < 40);
+        table->scrollToBottom();
+        QVERIFY(table->cellWidget(299, 7)->isVisible());
+        QVERIFY(!table->cellWidget(0, 7)->isVisible());
+    }
+
+    void deletingManyRowsLeavesTheOthersWithTheirBoxes()
+    {
+        FilledStudio studio(120);
+        QTableWidget* table = studio.probe.flowTable();
+        table->setRangeSelected(QTableWidgetSelectionRange(10, 0, 109, 7), true);
+        QMetaObject::invokeMethod(&studio.window, "delFlowEditorTableItem");
+        QCOMPARE(table->rowCount(), 20);
+        QCOMPARE(table->item(19, 0)->text(), QStringLiteral("20"));
+        QCOMPARE(table->item(10, 2)->text(), QStringLiteral("110"));
+        QCOMPARE(studio.probe.flowInfoList().at(10).flowId, QStringLiteral("110"));
+        for (int row = 0; row < 20; ++row)
+            QVERIFY(table->cellWidget(row, 7));
+        QVERIFY(table->isVisible());
+    }
+
     void callsBeforeTheDocksExistDoNothing()
     {
         Studio studio;

@@ -41,15 +41,15 @@ TimeSlotInfo::TimeSlotInfo(QWidget* parent)
 void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
 {
     const int slotColumns = qBound(0, slotCount, mostSlots);
-    setColumnCount(slotColumns + 1);
     const QString sheet = QStringLiteral("QTableWidget::item{padding:0px;}");
     if (styleSheet() != sheet) // the same one again would polish all bars anew
         setStyleSheet(sheet);
+    verticalHeader()->setVisible(false);
+    setColumnCount(slotColumns + 1);
     labelColumns();
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    verticalHeader()->setVisible(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     int row = rowCount();
     setRowCount(row + ports.size());

@@ -2,7 +2,6 @@
 
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
-#include "topology/RecordNotifier.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
@@ -39,8 +38,8 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
     mainStatusBar = createStatusBar(versions);
     setStatusBar(mainStatusBar);
     setWindowTitle(tr("Rotunda") + QStringLiteral(" - www.rotunda.example"));
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &MainWindow::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &MainWindow::forgetGoneNodes);
     restoreWindow();
 }
 

@@ -2,6 +2,7 @@
 
 #include "project/NodeInfoXml.h"
 #include "topology/FileRecords.h"
+#include "topology/RecordNotifier.h"
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
 
@@ -149,7 +150,8 @@ private:
     void ensureVLineDock();
     void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
-    void forgetGoneNode(const DiagramItem* node);
+    void forgetGoneNodes(const GoneNodes& nodes);
+    void showPaths(int row);
     void showStatus(const QString& text);
     void showProject(const Project& project);
     int runStages();

@@ -35,9 +35,7 @@ void MainWindow::handleActionSaveProject()
         return;
     if (!path.endsWith(projectEnding()))
         path.append(projectEnding());
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        writeProject(file, projectOf(*topologyWindow->getScence(), vLineInfoList, flowInfoList));
+    saveProject(path, projectOf(*topologyWindow->getScence(), vLineInfoList, flowInfoList));
 }
 
 // The schedule and its documents stay: they belong to the last run or import.
@@ -53,8 +51,10 @@ void MainWindow::handleActionOpenProject()
         showProject(readProject(file));
 }
 
+// The rows that go are emptied first, so that they need not forget their nodes one by one.
 void MainWindow::showProject(const Project& project)
 {
+    vLineInfoList.clear();
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);

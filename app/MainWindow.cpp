@@ -1,8 +1,10 @@
 #include "app/MainWindow.h"
 
+#include "app/SynthesisForm.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
 #include "topology/RecordNotifier.h"
+#include "topology/SingleDialog.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
@@ -130,6 +132,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    closeDialog(synthesisForm); // nobody waits for its search any more
     QSettings settings;
     settings.setValue(maximizedKey(), isMaximized());
     if (!isMaximized())

@@ -19,8 +19,8 @@ static bool isSame(const FlowInfo& a, const FlowInfo& b)
         return std::tie(flow.flowType, flow.flowId, flow.flowPeriod, flow.flowSize, flow.vLineId,
                         flow.srcNode, flow.sendWindowLow, flow.sendWindowHigh);
     };
-    return texts(a) == texts(b) && std::equal(a.dstNodes.begin(), a.dstNodes.end(),
-                                              b.dstNodes.begin(), b.dstNodes.end());
+    return texts(a) == texts(b) &&
+           std::equal(a.dstNodes.begin(), a.dstNodes.end(), b.dstNodes.begin(), b.dstNodes.end());
 }
 
 static bool isChanged(const NarrowedWindow& window)
@@ -101,8 +101,7 @@ QList<int> NarrowedFlows::restore(QList<FlowInfo>& flows)
 bool NarrowedFlows::canRestore(const QList<FlowInfo>& flows) const
 {
     return std::any_of(m_changes.begin(), m_changes.end(), [&flows](const Change& change) {
-        return std::any_of(flows.begin(), flows.end(), [&change](const FlowInfo& flow) {
-            return isSame(change.after, flow);
-        });
+        return std::any_of(flows.begin(), flows.end(),
+                           [&change](const FlowInfo& flow) { return isSame(change.after, flow); });
     });
 }

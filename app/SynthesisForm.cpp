@@ -111,8 +111,9 @@ void SynthesisForm::showOutcome()
                         m_windows.end());
         listWindows();
         say(summaryOf(network, outcome) +
-                (m_windows.empty() ? QStringLiteral(u"窗口无须改动。")
-                                   : QStringLiteral(u"%1 条流的窗口收窄如下。").arg(m_windows.size())),
+                (m_windows.empty()
+                     ? QStringLiteral(u"窗口无须改动。")
+                     : QStringLiteral(u"%1 条流的窗口收窄如下。").arg(m_windows.size())),
             QStyle::SP_DialogApplyButton);
         ui->adoptButton->setEnabled(!m_windows.empty() && !m_isOutdated);
         if (ui->adoptButton->isEnabled())
@@ -183,10 +184,9 @@ void SynthesisForm::listObstacles(const std::vector<ObstructedFlow>& obstructed)
 
 void SynthesisForm::listWindows()
 {
-    setColumns(ui->resultTable,
-               {QStringLiteral(u"序号"), QStringLiteral(u"流标识"), QStringLiteral(u"发送窗口(us)"),
-                QStringLiteral(u"求解后(us)"), QStringLiteral(u"接收窗口(us)"),
-                QStringLiteral(u"求解后(us)")});
+    setColumns(ui->resultTable, {QStringLiteral(u"序号"), QStringLiteral(u"流标识"),
+                                 QStringLiteral(u"发送窗口(us)"), QStringLiteral(u"求解后(us)"),
+                                 QStringLiteral(u"接收窗口(us)"), QStringLiteral(u"求解后(us)")});
     for (const NarrowedFlow& each : m_windows) {
         const int place = static_cast<int>(each.place);
         const FlowInfo& before = m_flows.at(place);
@@ -200,9 +200,9 @@ void SynthesisForm::listWindows()
 
 void SynthesisForm::listFlows(const QList<int>& flows)
 {
-    setColumns(ui->resultTable, {QStringLiteral(u"序号"), QStringLiteral(u"流标识"),
-                                 QStringLiteral(u"周期(us)"), QStringLiteral(u"发送窗口(us)"),
-                                 QStringLiteral(u"接收窗口(us)")});
+    setColumns(ui->resultTable,
+               {QStringLiteral(u"序号"), QStringLiteral(u"流标识"), QStringLiteral(u"周期(us)"),
+                QStringLiteral(u"发送窗口(us)"), QStringLiteral(u"接收窗口(us)")});
     for (const int place : flows) {
         const FlowInfo& flow = m_flows.at(place);
         appendFlowRow(ui->resultTable, place, flow,

@@ -47,7 +47,8 @@ static QString numbers(const InputNetwork& network, const std::vector<std::size_
     QStringList list;
     for (const std::size_t flow : flows) {
         if (list.size() == mostFlowsNamed)
-            return list.join(QStringLiteral(u"、")) + QStringLiteral(u"…共 %1 条").arg(flows.size());
+            return list.join(QStringLiteral(u"、")) +
+                   QStringLiteral(u"…共 %1 条").arg(flows.size());
         list.append(QString::number(flowAt(network, flow).flowID));
     }
     return list.join(QStringLiteral(u"、"));
@@ -73,9 +74,12 @@ static QString listenerName(const InputNetwork& network, std::size_t flow, std::
                     std::next(paths.begin(), static_cast<std::ptrdiff_t>(path))->listenerNodeID);
 }
 
-static QString slotText(qint32 slot)
+/// "时隙 2（400us）", with the listener that asks for it if one is given.
+static QString slotText(qint32 slot, const QString& listener)
 {
-    return QStringLiteral(u"时隙 %1（%2us").arg(slot).arg(qint64(slot) * planner::slotLength_us);
+    const QString asker = listener.isEmpty() ? QString() : QStringLiteral(u"，接收端 ") + listener;
+    return QStringLiteral(u"时隙 %1（%2us%3）")
+        .arg(QString::number(slot), QString::number(qint64(slot) * planner::slotLength_us), asker);
 }
 
 namespace
@@ -90,9 +94,8 @@ public:
     QString operator()(const Found& plan) const
     {
         const QString waiting =
-            plan.waiting == 0
-                ? QStringLiteral(u"帧在交换机中不等待：最小时延，无抖动。")
-                : QStringLiteral(u"帧在交换机中共等待 %1 个时隙。").arg(plan.waiting);
+            plan.waiting == 0 ? QStringLiteral(u"帧在交换机中不等待：最小时延，无抖动。")
+                              : QStringLiteral(u"帧在交换机中共等待 %1 个时隙。").arg(plan.waiting);
         return QStringLiteral(u"已找到调度。") + waiting +
                (plan.restsOnResolution
                     ? QStringLiteral(u"部分窗口重叠，依靠冲突消解，已检查无故障。")
@@ -101,13 +104,16 @@ public:
 
     QString operator()(const NoSlot& proof) const
     {
-        const QString kind = proof.side == NoSlot::Send ? QStringLiteral(u"发送")
-                                                        : QStringLiteral(u"接收");
-        return QStringLiteral(u"已证明无解：流 %1 的窗口没有留下%2时隙。"
-                              u"最早只能是%3，接收端 %4），最晚只能是%5，接收端 %6）。")
-            .arg(QString::number(flowAt(m_network, proof.flow).flowID), kind,
-                 slotText(proof.earliest), listenerName(m_network, proof.flow, proof.earliestPath),
-                 slotText(proof.latest), listenerName(m_network, proof.flow, proof.latestPath));
+        const QString earliest = listenerName(m_network, proof.flow, proof.earliestPath);
+        const QString latest = listenerName(m_network, proof.flow, proof.latestPath);
+        const bool isOne = proof.earliestPath == proof.latestPath;
+        const QString side =
+            proof.side == NoSlot::Send ? QStringLiteral(u"发送") : QStringLiteral(u"接收");
+        return QStringLiteral(u"已证明无解：流 %1 的窗口没有留下%2时隙。%3最早是%4，最晚是%5。")
+            .arg(QString::number(flowAt(m_network, proof.flow).flowID), side,
+                 isOne ? QStringLiteral(u"接收端 %1：").arg(earliest) : QString(),
+                 slotText(proof.earliest, isOne ? QString() : earliest),
+                 slotText(proof.latest, isOne ? QString() : latest));
     }
 
     QString operator()(const Overfull& proof) const

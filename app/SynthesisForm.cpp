@@ -16,6 +16,7 @@ using namespace synthesis;
 
 static constexpr int summaryIconSize = 24;
 static constexpr int lineHeight = 20;
+static constexpr int mostObstaclesShown = 4; ///< without scrolling
 
 SynthesisForm::SynthesisForm(const QByteArray& document, const QList<FlowInfo>& flows,
                              WindowSearch search, QWidget* parent)
@@ -26,11 +27,11 @@ SynthesisForm::SynthesisForm(const QByteArray& document, const QList<FlowInfo>& 
       m_search(search)
 {
     ui->setupUi(this);
-    ui->resultTable->hide();
     ui->outdatedLabel->hide();
     ui->adoptButton->setEnabled(false);
     ui->adoptButton->setToolTip(QStringLiteral(u"把求解后的窗口写入流量配置"));
     listObstacles(m_task.network.obstructed);
+    listWindows();
     connect(ui->cancelButton, &QPushButton::clicked, this, &SynthesisForm::cancel);
     connect(ui->adoptButton, &QPushButton::clicked, this, &SynthesisForm::adopted);
     connect(ui->closeButton, &QPushButton::clicked, this, &QWidget::close);
@@ -50,6 +51,8 @@ void SynthesisForm::start()
         return;
     }
     endSearch();
+    ui->resultTable->hide();
+    ui->obstacleTable->setMaximumHeight(QWIDGETSIZE_MAX);
     QList<int> flows;
     for (const ObstructedFlow& each : network.obstructed) {
         if (preventsSearch(each.obstacle))
@@ -178,6 +181,11 @@ void SynthesisForm::listObstacles(const std::vector<ObstructedFlow>& obstructed)
         const FlowInfo& flow = m_flows.at(place);
         appendFlowRow(ui->obstacleTable, place, flow, {flow.flowType, textOf(each.obstacle)});
     }
+    // The room is for what is found, unless nothing can be searched.
+    const int shownRows = std::min<int>(mostObstaclesShown, ui->obstacleTable->rowCount());
+    ui->obstacleTable->setMaximumHeight(
+        (shownRows + 1) * ui->obstacleTable->verticalHeader()->defaultSectionSize() +
+        2 * ui->obstacleTable->frameWidth());
     ui->obstacleLabel->setVisible(!obstructed.empty());
     ui->obstacleTable->setVisible(!obstructed.empty());
 }
@@ -195,7 +203,6 @@ void SynthesisForm::listWindows()
                       {sendWindowText(before), sendWindowText(after), receiveWindowsText(before),
                        receiveWindowsText(after)});
     }
-    ui->resultTable->setVisible(!m_windows.empty());
 }
 
 void SynthesisForm::listFlows(const QList<int>& flows)
@@ -208,5 +215,4 @@ void SynthesisForm::listFlows(const QList<int>& flows)
         appendFlowRow(ui->resultTable, place, flow,
                       {flow.flowPeriod, sendWindowText(flow), receiveWindowsText(flow)});
     }
-    ui->resultTable->setVisible(!flows.isEmpty());
 }

@@ -491,7 +491,7 @@ void Tour::takePicture(const QString& name)
 {
     const QString path = QStringLiteral("%1/%2-%3.png")
                              .arg(m_pictures)
-                             .arg(++m_pictureCount, 2, 10, QLatin1Char('0'))
+                             .arg(++m_pictureCount, 3, 10, QLatin1Char('0'))
                              .arg(name);
     if (!screenPicture().save(path))
         qWarning().noquote() << "tour: cannot save" << path;

@@ -204,10 +204,9 @@ void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 {
     ensureFlowDock();
     flowInfoList.append(flowInfo);
-    const int row = appendTrafficRow(
-        flowTable,
-        {flowInfo.flowType, flowInfo.flowId, flowInfo.flowPeriod, flowInfo.flowSize,
-         flowInfo.vLineId, sendWindowText(flowInfo)});
+    const int row = appendTrafficRow(flowTable, {flowInfo.flowType, flowInfo.flowId,
+                                                 flowInfo.flowPeriod, flowInfo.flowSize,
+                                                 flowInfo.vLineId, sendWindowText(flowInfo)});
     auto* listeners = new QComboBox;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
         listeners->addItem(receiveWindowText(node));

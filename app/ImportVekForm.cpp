@@ -1,6 +1,7 @@
 #include "app/ImportVekForm.h"
 
 #include "app/PathEdit.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_ImportVekForm.h"
 
@@ -16,6 +17,7 @@ ImportVekForm::ImportVekForm(QWidget* parent)
     connect(ui->button_selectOutput, &QPushButton::clicked, this, &ImportVekForm::selectOutput);
     connect(ui->button_import, &QPushButton::clicked, this, &ImportVekForm::importThenLeave);
     connect(ui->button_cancel, &QPushButton::clicked, this, &QWidget::close);
+    offerNextStep();
 }
 
 ImportVekForm::~ImportVekForm() = default;
@@ -36,6 +38,18 @@ void ImportVekForm::select(QLineEdit& edit, const QString& caption, const QStrin
 {
     showPath(edit, QFileDialog::getOpenFileName(this, caption, QString(), filter, nullptr,
                                                 QFileDialog::DontUseNativeDialog));
+    offerNextStep();
+}
+
+// Importing with a path missing closes the dialog, so Enter asks for that path first.
+void ImportVekForm::offerNextStep()
+{
+    if (ui->lineEdit_inputPath->text().isEmpty())
+        makeDefault(ui->button_selectInput);
+    else if (ui->lineEdit_outputPath->text().isEmpty())
+        makeDefault(ui->button_selectOutput);
+    else
+        makeDefault(ui->button_import);
 }
 
 // With a path missing the dialog goes without a word.

@@ -33,6 +33,7 @@ private slots:
 
 private:
     void select(QLineEdit& edit, const QString& caption, const QString& filter);
+    void offerNextStep();
 
     std::unique_ptr<Ui::ImportForm> ui;
 };

@@ -1,8 +1,9 @@
 #include "app/MainWindow.h"
 
+#include "app/SynthesisForm.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
-#include "topology/RecordNotifier.h"
+#include "topology/SingleDialog.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
@@ -39,8 +40,8 @@ MainWindow::MainWindow(const QMap<QString, QString>& versions, QWidget* parent)
     mainStatusBar = createStatusBar(versions);
     setStatusBar(mainStatusBar);
     setWindowTitle(tr("Rotunda") + QStringLiteral(" - www.rotunda.example"));
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &MainWindow::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &MainWindow::forgetGoneNodes);
     restoreWindow();
 }
 
@@ -130,6 +131,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    closeDialog(synthesisForm); // nobody waits for its search any more
     QSettings settings;
     settings.setValue(maximizedKey(), isMaximized());
     if (!isMaximized())

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "app/NarrowedFlows.h"
+#include "app/SynthesisRun.h"
 #include "project/NodeInfoXml.h"
 #include "topology/FileRecords.h"
+#include "topology/RecordNotifier.h"
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
 
@@ -37,6 +40,7 @@ class QStatusBar;
 class QTableWidget;
 class QToolBar;
 class ShowVLineInfoForm;
+class SynthesisForm;
 class TimeSlotInfo;
 class TopologyWindow;
 class VLineEditorForm;
@@ -50,7 +54,7 @@ using tinyxml2::XMLElement;
 /// schedule.
 ///
 /// Its slots gather what they need from the model and hand it to the room of their subject. The
-/// sources are split the same way: frame, run, traffic, project, plan, check.
+/// sources are split the same way: frame, run, traffic, project, plan, check, synthesis.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -149,7 +153,8 @@ private:
     void ensureVLineDock();
     void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
-    void forgetGoneNode(const DiagramItem* node);
+    void forgetGoneNodes(const GoneNodes& nodes);
+    void showPaths(int row);
     void showStatus(const QString& text);
     void showProject(const Project& project);
     int runStages();
@@ -161,6 +166,16 @@ private:
     void delPlanCheckForm();
     int tableWith(const PlanPlace& place) const;
     void showPlace(const PlanPlace& place);
+    void fillInputDocument(XMLDocument& doc);
+    QByteArray drawnDocument();
+    void offerSynthesis();
+    void showSynthesisForm();
+    void delSynthesisForm();
+    void adoptWindows();
+    void restoreWindows();
+    void showWindowsOf(const QList<int>& rows);
+    void selectFlows(const QList<int>& rows);
+    void forgetSynthesis();
 
     NodeInfo_Xml sendNodeInfo; ///< output ports and send slots of the loaded schedule
     NodeInfo_Xml rcvNodeInfo;  ///< input ports and receive slots of the loaded schedule
@@ -187,6 +202,10 @@ private:
 
     std::shared_ptr<const PlanCheck> planCheck; ///< of the loaded schedule; null before the first
     PlanCheckForm* planCheckForm = nullptr;     ///< null while closed
+
+    SynthesisForm* synthesisForm = nullptr; ///< null while closed
+    NarrowedFlows narrowedFlows;            ///< what was adopted in the project that is open
+    WindowSearch windowSearch = &synthesis::synthesizeWindows;
 
     bool runInProgress = false; ///< a run lets events through, which must not start another one
     bool closeAfterRun = false; ///< the user asked to close while a run was going on

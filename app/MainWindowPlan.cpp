@@ -72,6 +72,8 @@ void MainWindow::planInfo()
 
 void MainWindow::changeStackedWidgetPage(int index)
 {
+    if (!planInfoDock)
+        return;
     planInfoDock->findChild<QStackedWidget*>(QStringLiteral("stackedWidget"))
         ->setCurrentIndex(index);
     updateNodeInfo();
@@ -91,6 +93,8 @@ MainWindow::PlanView MainWindow::currentPlanView()
 
 void MainWindow::updateInfoBarText()
 {
+    if (!planInfoDock)
+        return;
     auto* cycle = planInfoDock->findChild<QLabel*>(QStringLiteral("schedCycleLabel"));
     auto* slotLength = planInfoDock->findChild<QLabel*>(QStringLiteral("slotLenLabel"));
     if (!cycle || !slotLength)
@@ -101,11 +105,13 @@ void MainWindow::updateInfoBarText()
 
 void MainWindow::updateNodeInfo()
 {
+    if (!planInfoDock)
+        return;
     updateInfoBarText();
     const PlanView view = currentPlanView();
     view.nodes->clear();
+    view.table->removeAllRows(); // clearing alone would leave the bars to be deleted later
     view.table->clear();
-    view.table->setRowCount(0);
     view.flows->clearFlowList();
     fillNodeList(view.nodes, view.schedule);
     markCheckedNodes(view.nodes);
@@ -113,6 +119,8 @@ void MainWindow::updateNodeInfo()
 
 void MainWindow::updatePlanInfo()
 {
+    if (!planInfoDock)
+        return;
     const PlanView view = currentPlanView();
     const QList<QListWidgetItem*> selected = view.nodes->selectedItems();
     if (!selected.isEmpty()) {
@@ -126,6 +134,8 @@ void MainWindow::updatePlanInfo()
 
 void MainWindow::updateFlowList()
 {
+    if (!planInfoDock)
+        return;
     const PlanView view = currentPlanView();
     view.flows->clearFlowList();
     const QTableWidgetItem* port = view.table->item(view.table->currentRow(), 0);

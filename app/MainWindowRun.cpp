@@ -62,9 +62,9 @@ void MainWindow::planByUserInput()
         this, QStringLiteral(u"导入xml"), QString(), QStringLiteral("vek_input(vek_input.xml)"));
     if (selected.isEmpty())
         return;
-    if (QFile::exists(selected) && !leadsTo(selected, target))
-        QFile::remove(target);
-    QFile::copy(selected, target);
+    // The document itself, and a file that went meanwhile, leave it as it is.
+    if (selected != target && QFile::exists(selected))
+        replaceDocument(target, selected);
     if (callAlgorithm() == 0)
         loadSchedule();
 }

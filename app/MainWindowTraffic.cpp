@@ -4,18 +4,22 @@
 #include "project/ProjectFile.h"
 #include "topology/SingleDialog.h"
 #include "traffic/FlowEditorForm.h"
+#include "traffic/FlowText.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
+#include "widgets/CellBox.h"
 
-#include <QComboBox>
 #include <QDockWidget>
 #include <QPushButton>
 #include <QTableWidget>
 
 #include <algorithm>
+#include <memory>
 
 // Virtual links and flows: docks, tables and their editors.
+
+static constexpr int fewBoxes = 50;
 
 // ---- Docks
 
@@ -50,6 +54,7 @@ QDockWidget* MainWindow::createVLineDock()
 QDockWidget* MainWindow::createFlowDock()
 {
     flowTable = createFlowTable();
+    offerSynthesis();
     TrafficDockButtons buttons;
     QDockWidget* dock = createTrafficDock(
         QStringLiteral(u"流量配置"), QStringLiteral("FlowEditorDock"), flowTable, this, buttons);
@@ -97,6 +102,12 @@ void MainWindow::flowEditor()
         ensureFlowDock();
 }
 
+template <typename Record>
+static void removeRange(QList<Record>& records, int first, int count)
+{
+    records.erase(records.begin() + first, records.begin() + first + count);
+}
+
 // ---- Virtual links
 
 void MainWindow::showVLineEditorForm()
@@ -122,38 +133,55 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     ensureVLineDock();
     vLineInfoList.append(vLineInfo);
     const int row = appendTrafficRow(vLineTable, {vLineInfo.vLineId});
-    auto* paths = new QComboBox;
+    QStringList summaries;
     int mostSwitches = 0;
     for (const VLineItems& path : qAsConst(vLineInfo.vLinePaths)) {
-        paths->addItem(pathSummary(path));
+        summaries.append(pathSummary(path));
         mostSwitches = std::max(mostSwitches, switchCount(path));
     }
+    auto* paths = new CellBox(summaries);
     connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
-    vLineTable->setCellWidget(row, 2, paths);
+    setCellBox(vLineTable, row, 2, paths);
     vLineTable->setItem(row, 3, centredItem(QString::number(mostSwitches)));
 }
 
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
-void MainWindow::forgetGoneNode(const DiagramItem* node)
+void MainWindow::forgetGoneNodes(const GoneNodes& nodes)
 {
+    QVector<int> rows;
     for (int row = 0; row < vLineInfoList.size(); ++row) {
-        if (!forgetNode(vLineInfoList[row].vLinePaths, node))
-            continue;
-        auto* paths = qobject_cast<QComboBox*>(vLineTable->cellWidget(row, 2));
-        const QList<VLineItems>& items = vLineInfoList.at(row).vLinePaths;
-        for (int i = 0; paths && i < items.size(); ++i)
-            paths->setItemText(i, pathSummary(items.at(i)));
+        if (forgetNodes(vLineInfoList[row].vLinePaths, nodes))
+            rows.append(row);
     }
+    if (!vLineTable || rows.isEmpty())
+        return;
+    // Shown boxes repaint one by one, and each one looks at all others for what lies over it.
+    const std::unique_ptr<HiddenTable> hidden(rows.size() > fewBoxes ? new HiddenTable(vLineTable)
+                                                                     : nullptr);
+    for (const int row : qAsConst(rows))
+        showPaths(row);
+}
+
+void MainWindow::showPaths(int row)
+{
+    auto* box = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
+    const QList<VLineItems> paths = vLineInfoList.at(row).vLinePaths;
+    for (int i = 0; box && i < paths.size(); ++i)
+        box->setEntry(i, pathSummary(paths.at(i)));
 }
 
 void MainWindow::delVLineEditorTableItem()
 {
-    deleteSelectedRows(vLineTable, [this](int row) { vLineInfoList.removeAt(row); });
+    if (vLineTable)
+        deleteSelectedRows(
+            vLineTable, [this](int first, int count) { removeRange(vLineInfoList, first, count); });
 }
 
 // The row is the table's current one, which need not be that of the list that was opened.
 void MainWindow::showVLineWindow(int index)
 {
+    if (!vLineTable)
+        return;
     const QList<VLineItems> paths = vLineInfoList.value(vLineTable->currentRow()).vLinePaths;
     if (index < 0 || index >= paths.size())
         return;
@@ -172,7 +200,8 @@ void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
 {
     ensureVLineDock();
     vLineDock->setVisible(true);
-    clearTrafficTable(vLineTable);
+    const HiddenTable hidden(vLineTable);
+    removeTrafficRows(vLineTable, 0, vLineTable->rowCount());
     vLineInfoList.clear();
     for (const FileVLineInfo& record : qAsConst(records))
         addVLineEditorTableItem(vLineOf(record));
@@ -198,36 +227,32 @@ void MainWindow::deleteFlowEditorWindow()
     forgetDialog(flowEditorForm);
 }
 
-static QString windowSummary(const QString& node, const QString& low, const QString& high)
-{
-    return QStringLiteral("{%1,[%2,%3]}").arg(node, low, high);
-}
-
 void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 {
     ensureFlowDock();
     flowInfoList.append(flowInfo);
-    const int row = appendTrafficRow(
-        flowTable,
-        {flowInfo.flowType, flowInfo.flowId, flowInfo.flowPeriod, flowInfo.flowSize,
-         flowInfo.vLineId,
-         windowSummary(flowInfo.srcNode, flowInfo.sendWindowLow, flowInfo.sendWindowHigh)});
-    auto* listeners = new QComboBox;
+    const int row = appendTrafficRow(flowTable, {flowInfo.flowType, flowInfo.flowId,
+                                                 flowInfo.flowPeriod, flowInfo.flowSize,
+                                                 flowInfo.vLineId, sendWindowText(flowInfo)});
+    QStringList listeners;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
-        listeners->addItem(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
-    flowTable->setCellWidget(row, 7, listeners);
+        listeners.append(receiveWindowText(node));
+    setCellBox(flowTable, row, 7, new CellBox(listeners));
 }
 
 void MainWindow::delFlowEditorTableItem()
 {
-    deleteSelectedRows(flowTable, [this](int row) { flowInfoList.removeAt(row); });
+    if (flowTable)
+        deleteSelectedRows(
+            flowTable, [this](int first, int count) { removeRange(flowInfoList, first, count); });
 }
 
 void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
 {
     ensureFlowDock();
     flowDock->setVisible(true);
-    clearTrafficTable(flowTable);
+    const HiddenTable hidden(flowTable);
+    removeTrafficRows(flowTable, 0, flowTable->rowCount());
     flowInfoList.clear();
     for (const FlowInfo& flow : qAsConst(flows))
         addFlowEditorTableItem(flow);

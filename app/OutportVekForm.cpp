@@ -1,6 +1,7 @@
 #include "app/OutportVekForm.h"
 
 #include "app/PathEdit.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_OutportVekForm.h"
 
@@ -15,6 +16,7 @@ OutportVekForm::OutportVekForm(QWidget* parent)
             &OutportVekForm::selectOutportPath);
     connect(ui->button_outport, &QPushButton::clicked, this, &OutportVekForm::outportThenLeave);
     connect(ui->button_cancel, &QPushButton::clicked, this, &QWidget::close);
+    offerNextStep();
 }
 
 OutportVekForm::~OutportVekForm() = default;
@@ -25,6 +27,14 @@ void OutportVekForm::selectOutportPath()
         *ui->lineEdit_outportPath,
         QFileDialog::getExistingDirectory(this, QStringLiteral(u"请选择导出Vek规范的文件夹路径"),
                                           QStringLiteral("./"), QFileDialog::DontUseNativeDialog));
+    offerNextStep();
+}
+
+// Exporting without a path closes the dialog, so Enter asks for the path first.
+void OutportVekForm::offerNextStep()
+{
+    const bool chosen = !ui->lineEdit_outportPath->text().isEmpty();
+    makeDefault(chosen ? ui->button_outport : ui->button_selectOutportPath);
 }
 
 // Without a path the dialog goes without a word. It closes first: should it be the last window,

@@ -30,5 +30,7 @@ private slots:
     void outportThenLeave();
 
 private:
+    void offerNextStep();
+
     std::unique_ptr<Ui::OutportVekForm> ui;
 };

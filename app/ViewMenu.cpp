@@ -8,8 +8,11 @@ static void openMenu(QAbstractItemView* view, const std::vector<ViewMenuEntry>& 
 {
     auto* menu = new QMenu(view);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const ViewMenuEntry& entry : entries)
-        QObject::connect(menu->addAction(entry.text), &QAction::triggered, view, entry.act);
+    for (const ViewMenuEntry& entry : entries) {
+        QAction* action = menu->addAction(entry.text);
+        action->setEnabled(!entry.isEnabled || entry.isEnabled());
+        QObject::connect(action, &QAction::triggered, view, entry.act);
+    }
     const QRect inside = view->viewport()->rect();
     const QPoint kept(qBound(inside.left(), position.x(), inside.right()),
                       qBound(inside.top(), position.y(), inside.bottom()));

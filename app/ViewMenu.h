@@ -11,6 +11,7 @@ class QAbstractItemView;
 struct ViewMenuEntry {
     QString text;
     std::function<void()> act;
+    std::function<bool()> isEnabled = {}; ///< asked when the menu opens; always, if it is empty
 };
 
 /// Gives a view a context menu, for the right button and for the menu key.

@@ -6,16 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-static void replaceFile(const QString& target, const QString& source)
-{
-    if (leadsTo(source, target))
-        return;
-    if (QFile::exists(target))
-        QFile::remove(target);
-    if (QFile::exists(source))
-        QFile::copy(source, target);
-}
-
 // An earlier copy stays, since copying does not overwrite.
 static void copyInto(const QDir& target, const QString& folder, const QString& source)
 {
@@ -32,8 +22,8 @@ bool importDocuments(const QString& inputPath, const QString& outputPath)
         return false;
     if (inputPath == inputDocumentPath() || outputPath == outputDocumentPath())
         return false;
-    replaceFile(inputDocumentPath(), inputPath);
-    replaceFile(outputDocumentPath(), outputPath);
+    replaceDocument(inputDocumentPath(), inputPath);
+    replaceDocument(outputDocumentPath(), outputPath);
     return true;
 }
 

@@ -31,10 +31,26 @@ QString outputDocumentPath()
     return pathInFolder(outputFolder(), QStringLiteral("vek_output.xml"));
 }
 
-bool leadsTo(const QString& path, const QString& document)
+// Whether a path leads to this document, be it by another name; false when there is none.
+static bool leadsTo(const QString& path, const QString& document)
 {
     const QString real = QFileInfo(document).canonicalFilePath();
     return !real.isEmpty() && QFileInfo(path).canonicalFilePath() == real;
+}
+
+// The real path of the file is taken first: the document may be the link that leads to it.
+void replaceDocument(const QString& document, const QString& file)
+{
+    const bool isLink = QFileInfo(document).isSymLink();
+    if (!isLink && leadsTo(file, document))
+        return;
+    const QString source = QFileInfo(file).canonicalFilePath();
+    if (isLink || QFile::exists(document))
+        QFile::remove(document);
+    if (QFile::exists(source) && QFile::copy(source, document)) {
+        const QFile::Permissions mayWrite = QFile::WriteOwner | QFile::WriteUser;
+        QFile::setPermissions(document, QFile::permissions(document) | mayWrite);
+    }
 }
 
 void ensureDocumentFolder(const QString& folder)

@@ -29,10 +29,12 @@ QString inputDocumentPath();
 /// Absolute path of the studio's own output document, vek_output.xml.
 QString outputDocumentPath();
 
-/// Whether a path leads to this document, be it by another name; false when there is none.
+/// Puts a copy of a file, which its owner may write, in place of a document of the studio.
 ///
-/// Removing a document in order to copy such a file to it would lose the only copy.
-bool leadsTo(const QString& path, const QString& document);
+/// A document that the path reaches under another name stays: removing it would lose the only copy.
+/// One that is a link goes, so that nothing is written through it into the user's file. Without the
+/// file the document just goes. A copy that fails is not reported.
+void replaceDocument(const QString& document, const QString& file);
 
 /// Makes the folder under the current directory unless it exists.
 void ensureDocumentFolder(const QString& folder);

@@ -1,10 +1,12 @@
 #include "project/ProjectFile.h"
 
 #include "project/ProjectStream.h"
+#include "project/WholeFile.h"
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
 #include "topology/NodeItemsByName.h"
 
+#include <QBuffer>
 #include <QGraphicsScene>
 
 static FileArrowInfo recordOf(const Arrow& arrow)
@@ -64,6 +66,14 @@ void writeProject(QIODevice& device, const Project& project)
     writeList(stream, project.nodes);
     writeList(stream, project.vLines);
     writeList(stream, project.flows);
+}
+
+bool saveProject(const QString& path, const Project& project)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    writeProject(buffer, project);
+    return replaceWhole(path, buffer.data());
 }
 
 Project readProject(QIODevice& device)

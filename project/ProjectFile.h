@@ -30,6 +30,11 @@ VLineInfo vLineOf(const FileVLineInfo& record);
 /// Errors of the device are not reported.
 void writeProject(QIODevice& device, const Project& project);
 
+/// Saves a project to a file, which is replaced whole or, when that fails, not at all.
+///
+/// Returns false after a failure.
+bool saveProject(const QString& path, const Project& project);
+
 /// Reads the four lists from a device that can seek; it is open for reading and stays open.
 ///
 /// Nothing is verified and nothing thrown: the list in which the device runs dry comes out empty,

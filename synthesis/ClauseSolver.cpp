@@ -28,7 +28,7 @@ public:
     }
 
 private:
-    static constexpr int callsBetweenReports = 64;
+    static constexpr int callsBetweenReports = 16;
 
     SearchBudget& m_budget;
     int m_calls = 0;

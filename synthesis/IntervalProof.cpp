@@ -20,6 +20,9 @@ namespace
 /// Ports with more transmissions in a cycle are not searched interval by interval.
 constexpr std::size_t mostTransmissions = 3000;
 
+/// What it costs to look at a transmission for one start of intervals.
+constexpr quint64 stepsPerDemand = 4;
+
 /// A transmission that must fall between two slots.
 struct Demand {
     qint64 start;
@@ -55,12 +58,6 @@ public:
     {
     }
 
-    quint64 steps() const
-    {
-        const quint64 count = m_demands.size();
-        return count > mostTransmissions ? count : 2 * count * count;
-    }
-
     void countAll(Best& best) const
     {
         if (m_cycleSlots == 0 || m_demands.size() <= static_cast<std::size_t>(m_cycleSlots))
@@ -68,7 +65,7 @@ public:
         best.offer(proofFor(0, m_cycleSlots - 1, m_demands));
     }
 
-    void searchIntervals(Best& best)
+    void searchIntervals(Best& best, SearchBudget& budget)
     {
         if (m_demands.size() > mostTransmissions)
             return;
@@ -80,8 +77,11 @@ public:
             const qint64 start = m_demands[first].start;
             if (m_cycleSlots > 0 && (start < 0 || start >= m_cycleSlots))
                 continue;
-            if (first == 0 || m_demands[first - 1].start != start)
-                searchFrom(first, best);
+            if (first > 0 && m_demands[first - 1].start == start)
+                continue;
+            if (!budget.spend(stepsPerDemand * m_demands.size()))
+                return;
+            searchFrom(first, best);
         }
     }
 
@@ -186,10 +186,8 @@ std::optional<Overfull> findOverfullInterval(const PlanningContext& context,
     Best best;
     for (auto& port : collectDemands(context, repetition, places)) {
         PortDemands demands(port.first, std::move(port.second), cycleSlots);
-        if (!budget.spend(demands.steps()))
-            break;
         demands.countAll(best);
-        demands.searchIntervals(best);
+        demands.searchIntervals(best, budget);
     }
     return best.proof;
 }

@@ -8,11 +8,11 @@ namespace synthesis
 PatternSolver::PatternSolver(const SearchModel& model, SearchBudget& budget)
     : m_model(model),
       m_budget(budget),
-      m_ports(model, m_solver),
+      m_ports(model, m_solver, budget),
       m_noWaiting(m_solver.newVariable()),
       m_choices(model.flows().size())
 {
-    for (quint32 flow = 0; flow < model.flows().size(); ++flow)
+    for (quint32 flow = 0; flow < model.flows().size() && budget.mayGoOn(); ++flow)
         addFlow(flow);
     m_ports.forbidSharing();
 }

@@ -9,6 +9,8 @@ namespace synthesis
 
 /// Cells of choices that are written down at most.
 static constexpr quint64 mostCells = 3000000;
+/// What it costs to look a cell up.
+static constexpr quint64 stepsPerCell = 10;
 /// Cells after which all flows of a port recur together, at most.
 static constexpr quint64 longestCommonRing = 1 << 16;
 
@@ -43,15 +45,17 @@ bool PortClauses::areFeasible(const SearchModel& model)
            });
 }
 
-PortClauses::PortClauses(const SearchModel& model, ClauseSolver& solver)
+PortClauses::PortClauses(const SearchModel& model, ClauseSolver& solver, SearchBudget& budget)
     : m_model(model),
       m_solver(solver),
+      m_budget(budget),
       m_cells(model.portCount())
 {
 }
 
 int PortClauses::cell(quint32 port, quint32 flow, quint32 cell)
 {
+    m_budget.spend(stepsPerCell);
     int& variable = m_cells[port][flow][cell];
     if (variable == 0)
         variable = m_solver.newVariable();
@@ -70,7 +74,7 @@ void PortClauses::forbidSharingOn(const CellsByFlow& cells)
     for (const auto& flow : cells)
         ring = std::lcm(ring, quint64(m_model.flows()[flow.first].ring));
     std::set<std::vector<int>> known;
-    for (quint32 cell = 0; cell < ring; ++cell) {
+    for (quint32 cell = 0; cell < ring && m_budget.spend(cells.size() * stepsPerCell); ++cell) {
         std::vector<int> users;
         for (const auto& flow : cells) {
             const auto own = flow.second.find(cell % m_model.flows()[flow.first].ring);

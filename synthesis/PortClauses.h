@@ -12,8 +12,8 @@ namespace synthesis
 class PortClauses
 {
 public:
-    /// Refers to both.
-    PortClauses(const SearchModel& model, ClauseSolver& solver);
+    /// Refers to all of them. The clauses cost steps: when these are spent, some are missing.
+    PortClauses(const SearchModel& model, ClauseSolver& solver, SearchBudget& budget);
 
     /// Whether the choices of the model are few enough to be written down.
     static bool areFeasible(const SearchModel& model);
@@ -31,6 +31,7 @@ private:
 
     const SearchModel& m_model;
     ClauseSolver& m_solver;
+    SearchBudget& m_budget;
     std::vector<CellsByFlow> m_cells; ///< by port
 };
 

@@ -17,12 +17,12 @@ static constexpr int mostTrials = 1000;
 ResolutionSearch::ResolutionSearch(const SearchModel& model, SearchBudget& budget)
     : m_model(model),
       m_budget(budget),
-      m_ports(model, m_solver),
+      m_ports(model, m_solver, budget),
       m_choices(model.flows().size()),
       m_slots(model.flows().size()),
       m_isLoose(model.flows().size(), false)
 {
-    for (quint32 flow = 0; flow < model.flows().size(); ++flow) {
+    for (quint32 flow = 0; flow < model.flows().size() && budget.mayGoOn(); ++flow) {
         m_alone.push_back(m_solver.newVariable());
         addFlow(flow);
     }

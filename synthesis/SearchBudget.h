@@ -41,7 +41,7 @@ public:
 
 private:
     /// A few milliseconds.
-    static constexpr quint64 stepsBetweenReports = 2000000;
+    static constexpr quint64 stepsBetweenReports = 200000;
 
     const Options& m_options;
     Progress m_progress;

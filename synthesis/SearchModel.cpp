@@ -21,6 +21,8 @@ namespace
 /// Patterns that are tried for one flow; a path of five switches with four buffers each has 16.
 constexpr std::size_t mostTries = 2048;
 constexpr std::size_t mostPatterns = 256;
+/// Reservations of all patterns of a flow; one that recurs with the cycle alone has many in each.
+constexpr std::size_t mostReservations = 50000;
 
 struct Range {
     qint64 first;
@@ -40,6 +42,12 @@ Range sendSlots(const TTFlow& flow, const std::vector<qint32>& delays)
             std::min({range.last, qint64(path.schedtxwin.end), qint64(path.schedrxwin.end) - d});
     }
     return range;
+}
+
+std::size_t reservationsOf(const SearchFlow& flow)
+{
+    return flow.patterns.empty() ? 0
+                                 : flow.patterns.size() * flow.patterns.front().reservations.size();
 }
 
 /// Whether no two of the reservations share a cell of a port on a ring.
@@ -73,6 +81,7 @@ SearchModel::SearchModel(const PlanningContext& context, const Repetition& repet
     std::vector<const TTFlow*> all;
     for (const TTFlow& flow : context.flows)
         all.push_back(&flow);
+    m_flows.reserve(places.size());
     for (const std::size_t place : places) {
         SearchFlow added;
         added.place = place;
@@ -124,6 +133,7 @@ bool SearchModel::reserve(const SearchFlow& flow, const std::vector<PortWindow>&
 {
     const quint64 cells = m_repetition.cellsPerSlot();
     const quint32 count = m_repetition.transmissionsOnRing(*flow.flow);
+    pattern.reservations.reserve(windows.size() * count);
     for (const PortWindow& window : windows) {
         const quint64 length = quint64(window.window.end - window.window.start + 1) * cells;
         if (length > flow.ring)
@@ -156,7 +166,8 @@ bool SearchModel::addWaitingPatterns(std::size_t number)
     choices.next(delays); // has been tried
     std::size_t tries = 0;
     while (choices.next(delays)) {
-        if (++tries > mostTries || flow.patterns.size() >= mostPatterns) {
+        if (++tries > mostTries || flow.patterns.size() >= mostPatterns ||
+            reservationsOf(flow) > mostReservations) {
             flow.isComplete = false;
             break;
         }

@@ -162,7 +162,7 @@ private:
             return {};
         ResolutionSearch search(m_model, m_budget);
         std::optional<Found> plan;
-        search.run(m_options.steps / 4, [&](const std::vector<Placement>& placements) {
+        search.run(m_budget.left(), [&](const std::vector<Placement>& placements) {
             plan = planOf(m_context, m_model, placements);
             plan->restsOnResolution = true;
             const ResolutionSearch::Verdict verdict = judge(*plan);

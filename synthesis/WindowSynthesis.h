@@ -107,7 +107,7 @@ struct Options {
 
 /// Searches a plan for the flows of a context as readInputDocument() leaves it.
 ///
-/// Only flows, switchBufferNum and the paths' nodes, ports and windows are looked at; the cluster
+/// Only flows, with their paths, and the buffer numbers of switches are looked at; the cluster
 /// cycle is computed here. Without flows there is an empty plan. Deterministic: the outcome follows
 /// from the context and the steps alone, given a judge that answers alike. Throws nothing of its
 /// own.

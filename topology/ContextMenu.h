@@ -15,7 +15,11 @@ public:
     using QMenu::QMenu;
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QAction* actionOf(const QKeyEvent& event) const;
 };
 
 /// Leaves exactly this item selected and lets the user choose; returns after the choice.

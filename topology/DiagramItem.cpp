@@ -38,7 +38,7 @@ DiagramItem::DiagramItem(DiagramType type, QMenu* menu, QGraphicsItem* parent)
 DiagramItem::~DiagramItem()
 {
     forgetNodeByName(this);
-    emit RecordNotifier::instance().nodeGone(this);
+    RecordNotifier::instance().announce(this);
 }
 
 QRectF DiagramItem::boundingRect() const

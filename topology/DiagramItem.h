@@ -57,6 +57,7 @@ public:
     QString portNum;
     QString mtu;
     QString bufferNum;
+    QString builtName; ///< under which nodeItemsByName holds it; null when it was drawn
     DiagramType diagramType;
     QPixmap pixmap;
     QMenu* contextMenu;

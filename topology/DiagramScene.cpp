@@ -2,6 +2,7 @@
 
 #include "topology/Arrow.h"
 #include "topology/NodeItemsByName.h"
+#include "topology/RecordNotifier.h"
 
 #include <QFontMetrics>
 #include <QGraphicsSceneMouseEvent>
@@ -45,6 +46,12 @@ DiagramScene::DiagramScene(QMenu* nodeMenu, QMenu* linkMenu, QObject* parent)
 // The items go while the scene is still whole: some of them tell it so.
 DiagramScene::~DiagramScene()
 {
+    clearTogether();
+}
+
+void DiagramScene::clearTogether()
+{
+    const RecordNotifier::Together together;
     clear();
 }
 
@@ -181,8 +188,15 @@ void DiagramScene::addLink(Arrow* arrow)
     arrow->updatePosition();
 }
 
+// While a project is built, all nodes lie at one height in the order in which they came: those
+// before the newest have their numbers, and counting them again for each one would take the square
+// of a large drawing.
 void DiagramScene::renumberNodes()
 {
+    if (nodeBeingBuilt) {
+        nodeBeingBuilt->nodeId = QString::number(nodesBuilt, 10);
+        return;
+    }
     int next = 0;
     for (QGraphicsItem* item : items(Qt::AscendingOrder)) {
         if (auto* node = qgraphicsitem_cast<DiagramItem*>(item))
@@ -192,7 +206,8 @@ void DiagramScene::renumberNodes()
 
 void DiagramScene::buildByProjectFile(QList<FileNodeInfo> nodes, QList<FileArrowInfo> arrows)
 {
-    clear();
+    clearTogether();
+    nodesBuilt = 0;
     for (const FileNodeInfo& info : qAsConst(nodes))
         buildNode(info);
     for (const FileArrowInfo& info : qAsConst(arrows))
@@ -209,9 +224,12 @@ void DiagramScene::buildNode(const FileNodeInfo& info)
     item->mtu = info.mtu;
     item->bufferNum = info.bufferNum;
     addItem(item);
-    nodeItemsByName[info.nodeName] = item;
+    enterNodeByName(info.nodeName, item);
     item->setPos(info.position);
+    nodeBeingBuilt = item;
     emit itemInserted(item);
+    nodeBeingBuilt = nullptr;
+    ++nodesBuilt;
 }
 
 void DiagramScene::buildArrow(const FileArrowInfo& info)

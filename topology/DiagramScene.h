@@ -67,6 +67,7 @@ private:
     void addLink(Arrow* arrow);
     DiagramItem* createNode(DiagramItem::DiagramType type) const;
     Arrow* createArrow(DiagramItem* start, DiagramItem* end) const;
+    void clearTogether();
     void buildNode(const FileNodeInfo& info);
     void buildArrow(const FileArrowInfo& info);
     DiagramTextItem* firstSelectedText() const;
@@ -75,7 +76,9 @@ private:
     QMenu* itemMenu;
     QMenu* lineMenu;
     Mode mode = MoveItem;
-    QGraphicsLineItem* line = nullptr; ///< shown while a link is drawn
+    QGraphicsLineItem* line = nullptr;     ///< shown while a link is drawn
+    DiagramItem* nodeBeingBuilt = nullptr; ///< while its insertion is told
+    int nodesBuilt = 0;                    ///< before it, in this build
     QFont font;
     DiagramTextItem* textItem = nullptr; ///< the text made last; never followed
     QColor textColor = Qt::black;

@@ -17,9 +17,9 @@ EditItemWindow::EditItemWindow(QWidget* parent, DiagramItem* node)
         ui->widget_portNum->hide();
     connect(ui->confirmButton, &QPushButton::clicked, this, &EditItemWindow::confirmButtonClicked);
     connect(ui->cancelButton, &QPushButton::clicked, this, &EditItemWindow::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            [this](const DiagramItem* gone) {
-                if (item == gone)
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            [this](const GoneNodes& gone) {
+                if (gone.contains(item))
                     item = nullptr;
             });
     setItem(node);

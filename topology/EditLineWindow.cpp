@@ -42,6 +42,9 @@ void EditLineWindow::setArrow(Arrow* link)
     ui->lineEdit_srcPort->setText(arrow->srcPort);
     ui->lineEdit_dstPort->setText(arrow->dstPort);
     ui->lineEdit_bandWidth->setText(arrow->bandWidth);
+    // The dialog still has the focus where the link before it was left.
+    ui->lineEdit_vLineName->setFocus();
+    ui->lineEdit_vLineName->selectAll();
 }
 
 // The two node texts are composed with the id and never read back.

@@ -5,6 +5,7 @@
 #include "topology/EditLineWindow.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QToolBox>
@@ -57,6 +58,14 @@ void TopologyWindow::updateGraphics()
     view->update();
 }
 
+bool TopologyWindow::eventFilter(QObject* object, QEvent* event)
+{
+    const bool isDeleteKey = object == deleteAction && event->type() == QEvent::Shortcut;
+    if (isDeleteKey && QApplication::activePopupWidget())
+        return true;
+    return QMainWindow::eventFilter(object, event);
+}
+
 QAction* TopologyWindow::createAction(const QString& icon, const QString& text,
                                       const QString& shortcut, const QString& statusTip, Slot slot)
 {
@@ -89,6 +98,10 @@ void TopologyWindow::createActions()
     deleteAction = createAction(QStringLiteral(":/images/delete.png"), QStringLiteral(u"删除"),
                                 QStringLiteral("Delete"), QStringLiteral(u"删除拓扑节点"),
                                 &TopologyWindow::deleteItem);
+    // With the focus in a table of the studio the key would delete nodes out of sight.
+    deleteAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(deleteAction);
+    deleteAction->installEventFilter(this);
     boldAction = createFontAction(QStringLiteral(":/images/bold.png"), QStringLiteral("Bold"),
                                   QStringLiteral("Ctrl+B"));
     italicAction = createFontAction(QStringLiteral(":/images/italic.png"), QStringLiteral("Italic"),

@@ -34,6 +34,9 @@ public:
     /// Scrolls towards the drawing, as far as the canvas goes, when no item of it is in view.
     void bringDrawingIntoView();
 
+    /// Keeps the Delete key from the drawing while a list or menu is open over it.
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 public slots:
     /// Repaints scene and view.
     void updateGraphics();
@@ -91,6 +94,7 @@ private:
     QWidget* createBackgroundCellWidget(const QString& text, const QString& image);
     void chooseColor(QAction*& chosen, QToolButton* button, const QString& image);
     QGraphicsItem* firstSelectedItem() const;
+    QList<QGraphicsItem*> selectionInOrder() const;
     void deleteSelectedLinks();
 
     EditItemWindow* editItemWindow = nullptr; ///< null while closed

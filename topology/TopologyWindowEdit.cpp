@@ -4,6 +4,7 @@
 #include "topology/DiagramScene.h"
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
+#include "topology/RecordNotifier.h"
 
 #include <QAction>
 #include <QButtonGroup>
@@ -102,23 +103,38 @@ void TopologyWindow::editLine()
     editLineWindow->show();
 }
 
-// Links go first, so that deleting nodes cannot meet one twice.
+// Latest first: the scene finds an item at the end of its list at once when that is to be removed.
+QList<QGraphicsItem*> TopologyWindow::selectionInOrder() const
+{
+    QList<QGraphicsItem*> selected;
+    if (scene->selectedItems().isEmpty())
+        return selected;
+    for (QGraphicsItem* item : scene->items(Qt::DescendingOrder)) {
+        if (item->isSelected())
+            selected.append(item);
+    }
+    return selected;
+}
+
+// Links go first, so that deleting nodes cannot meet one twice. Nobody sees the numbers before the
+// last node is gone.
 void TopologyWindow::deleteItem()
 {
     deleteSelectedLinks();
-    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    const QList<QGraphicsItem*> selected = selectionInOrder();
+    const RecordNotifier::Together together;
     for (QGraphicsItem* item : selected) {
         if (auto* node = qgraphicsitem_cast<DiagramItem*>(item))
             node->removeArrows();
         scene->removeItem(item);
-        scene->renumberNodes();
         delete item;
     }
+    scene->renumberNodes();
 }
 
 void TopologyWindow::deleteSelectedLinks()
 {
-    const QList<QGraphicsItem*> selected = scene->selectedItems();
+    const QList<QGraphicsItem*> selected = selectionInOrder();
     for (QGraphicsItem* item : selected) {
         if (auto* arrow = qgraphicsitem_cast<Arrow*>(item)) {
             scene->removeItem(arrow);

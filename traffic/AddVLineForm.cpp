@@ -1,7 +1,7 @@
 #include "traffic/AddVLineForm.h"
 
-#include "topology/RecordNotifier.h"
 #include "traffic/VLineNodeSelectForm.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_AddVLineForm.h"
 
@@ -16,8 +16,8 @@ AddVLineForm::AddVLineForm(TopologyWindow* window, const VLineInfo& vLine, QWidg
     connect(ui->delNodeButton, &QPushButton::clicked, this, &AddVLineForm::delCurrentVLineNode);
     connect(ui->confirmButton, &QPushButton::clicked, this, &AddVLineForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &AddVLineForm::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &AddVLineForm::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &AddVLineForm::forgetGoneNodes);
     if (!vLineInfo.vLinePaths.isEmpty())
         path.append(talkerOf(vLineInfo));
     showPath();
@@ -67,15 +67,23 @@ void AddVLineForm::confirm()
     close();
 }
 
+bool AddVLineForm::reachesAHost() const
+{
+    const DiagramItem* last = path.value(path.size() - 1);
+    return path.size() >= 2 && last && last->diagramType == DiagramItem::Endpoint;
+}
+
+// Enter goes on along the path until there is a listener at its end.
 void AddVLineForm::showPath()
 {
     ui->lineEdit_vLineInfo->setText(pathText(path));
+    makeDefault(reachesAHost() ? ui->confirmButton : ui->addNodeButton);
 }
 
-void AddVLineForm::forgetGoneNode(const DiagramItem* node)
+void AddVLineForm::forgetGoneNodes(const GoneNodes& nodes)
 {
-    forgetNode(path, node);
-    forgetNode(vLineInfo.vLinePaths, node);
+    forgetNodes(path, nodes);
+    forgetNodes(vLineInfo.vLinePaths, nodes);
     showPath();
 }
 

@@ -38,7 +38,8 @@ private:
     VLineNodeSelectForm* createSelectForm();
     void confirm();
     void showPath();
-    void forgetGoneNode(const DiagramItem* node);
+    bool reachesAHost() const;
+    void forgetGoneNodes(const GoneNodes& nodes);
 
     std::unique_ptr<Ui::AddVLineForm> ui;
     TopologyWindow* topologyWindow;

@@ -1,6 +1,5 @@
 #include "traffic/FlowEditorForm.h"
 
-#include "topology/RecordNotifier.h"
 #include "traffic/AddDstNodeForm.h"
 
 #include "ui_FlowEditorForm.h"
@@ -15,8 +14,8 @@ FlowEditorForm::FlowEditorForm(const QList<VLineInfo>& vLines, QWidget* parent)
       vLineInfoList(vLines)
 {
     ui->setupUi(this);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            [this](const DiagramItem* node) { forgetNode(vLineInfoList, node); });
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            [this](const GoneNodes& nodes) { forgetNodes(vLineInfoList, nodes); });
     connect(ui->confirmButton, &QPushButton::clicked, this, &FlowEditorForm::confirmButtonClicked);
     connect(ui->cancelButton, &QPushButton::clicked, this, &FlowEditorForm::cancelButtonClicked);
     connect(ui->addDstButton, &QPushButton::clicked, this, &FlowEditorForm::addDstButtonClicked);

@@ -1,5 +1,8 @@
 #include "traffic/TrafficTable.h"
 
+#include "widgets/CellBox.h"
+#include "widgets/CellTable.h"
+
 #include <QDebug>
 #include <QDockWidget>
 #include <QGridLayout>
@@ -7,17 +10,21 @@
 #include <QPushButton>
 #include <QTableWidget>
 
+#include <algorithm>
+
 static constexpr int rowHeight = 25;
 
 QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& widths)
 {
-    auto* table = new QTableWidget;
+    auto* table = new CellTable;
     table->setRowCount(0);
     table->setColumnCount(headers.size());
     for (int column = 0; column < widths.size(); ++column)
         table->setColumnWidth(column, widths.at(column));
     table->setHorizontalHeaderLabels(headers);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // Each selected range deletes its rows: two cells of one row would take a second row with it.
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setAlternatingRowColors(true);
     table->verticalHeader()->setVisible(false);
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
@@ -69,23 +76,53 @@ int appendTrafficRow(QTableWidget* table, const QStringList& texts)
     return row;
 }
 
-void deleteSelectedRows(QTableWidget* table, const std::function<void(int)>& removeElement)
+void setCellBox(QTableWidget* table, int row, int column, CellBox* box)
+{
+    static_cast<CellTable*>(table)->setCell(row, column, box);
+}
+
+HiddenTable::HiddenTable(QTableWidget* table)
+    : m_table(table),
+      m_wasHidden(table->isHidden()),
+      m_hadFocus(table->hasFocus())
+{
+    m_table->hide();
+}
+
+HiddenTable::~HiddenTable()
+{
+    m_table->setHidden(m_wasHidden);
+    if (m_hadFocus)
+        m_table->setFocus();
+}
+
+// The boxes go in the order in which they came. Left to the table they go in no order, and each one
+// is searched for among all others then.
+void removeTrafficRows(QTableWidget* table, int first, int count)
+{
+    const HiddenTable hidden(table);
+    for (int row = first; row < first + count; ++row) {
+        for (int column = 0; column < table->columnCount(); ++column)
+            delete table->cellWidget(row, column);
+    }
+    table->model()->removeRows(first, count);
+}
+
+void deleteSelectedRows(QTableWidget* table, const std::function<void(int, int)>& removeElements)
 {
     const QList<QTableWidgetSelectionRange> ranges = table->selectedRanges();
     if (ranges.isEmpty())
         qDebug() << "请选择一行";
+    const HiddenTable hidden(table);
+    int firstMoved = table->rowCount();
     for (const QTableWidgetSelectionRange& range : ranges) {
-        for (int i = 0; i < range.rowCount() && range.topRow() < table->rowCount(); ++i) {
-            removeElement(range.topRow());
-            table->removeRow(range.topRow());
-        }
-        for (int row = range.topRow(); row < table->rowCount(); ++row)
-            numberRow(table, row);
+        const int count = std::min(range.rowCount(), table->rowCount() - range.topRow());
+        if (count <= 0)
+            continue;
+        removeElements(range.topRow(), count);
+        removeTrafficRows(table, range.topRow(), count);
+        firstMoved = std::min(firstMoved, range.topRow());
     }
-}
-
-void clearTrafficTable(QTableWidget* table)
-{
-    while (table->rowCount() > 0)
-        table->removeRow(0);
+    for (int row = firstMoved; row < table->rowCount(); ++row)
+        numberRow(table, row);
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class CellBox;
 class QDockWidget;
 class QPushButton;
 class QTableWidget;
@@ -31,12 +32,31 @@ QTableWidgetItem* centredItem(const QString& text);
 /// Appends a row: its number from 1, then the texts, all centred. Returns its index.
 int appendTrafficRow(QTableWidget* table, const QStringList& texts);
 
-/// Removes the selected ranges and numbers the rows anew; removeElement is called for each row
-/// index.
+/// Puts a box into a cell of a table that createTrafficTable() made.
+void setCellBox(QTableWidget* table, int row, int column, CellBox* box);
+
+/// Hides a table while it lives, so that many rows come and go without laying out all of its
+/// boxes for each of them.
+class HiddenTable
+{
+public:
+    explicit HiddenTable(QTableWidget* table);
+    ~HiddenTable();
+    HiddenTable(const HiddenTable&) = delete;
+    HiddenTable& operator=(const HiddenTable&) = delete;
+
+private:
+    QTableWidget* m_table;
+    bool m_wasHidden;
+    bool m_hadFocus;
+};
+
+/// Removes rows with their boxes.
+void removeTrafficRows(QTableWidget* table, int first, int count);
+
+/// Removes the selected ranges and numbers the rows anew; removeElements is called with the first
+/// index and the count of each range.
 ///
 /// The ranges are taken once: those behind the first keep their indices although rows are gone by
 /// then. Without a selection only a debug line is written.
-void deleteSelectedRows(QTableWidget* table, const std::function<void(int)>& removeElement);
-
-/// Removes all rows.
-void clearTrafficTable(QTableWidget* table);
+void deleteSelectedRows(QTableWidget* table, const std::function<void(int, int)>& removeElements);

@@ -1,7 +1,7 @@
 #include "traffic/VLineEditorForm.h"
 
-#include "topology/RecordNotifier.h"
 #include "traffic/AddVLineForm.h"
+#include "widgets/DefaultButton.h"
 
 #include "ui_VLineEditorForm.h"
 
@@ -17,8 +17,10 @@ VLineEditorForm::VLineEditorForm(TopologyWindow* window, QWidget* parent)
     connect(ui->delVLineButton, &QPushButton::clicked, this, &VLineEditorForm::delCurrentVLine);
     connect(ui->confirmButton, &QPushButton::clicked, this, &VLineEditorForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &VLineEditorForm::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &VLineEditorForm::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &VLineEditorForm::forgetGoneNodes);
+    connect(ui->lineEdit_VLineId, &QLineEdit::textChanged, this, &VLineEditorForm::offerNextStep);
+    offerNextStep();
 }
 
 VLineEditorForm::~VLineEditorForm() = default;
@@ -40,6 +42,7 @@ void VLineEditorForm::rcvItems(VLineItems items)
     vLineInfo.vLinePaths.append(items);
     ui->comboBox_VLineInfo->addItem(pathText(items));
     ui->comboBox_VLineInfo->setCurrentIndex(ui->comboBox_VLineInfo->count() - 1);
+    offerNextStep();
 }
 
 void VLineEditorForm::delCurrentVLine()
@@ -49,6 +52,15 @@ void VLineEditorForm::delCurrentVLine()
         return;
     vLineInfo.vLinePaths.removeAt(index);
     ui->comboBox_VLineInfo->removeItem(index);
+    offerNextStep();
+}
+
+// A confirmation that is refused closes the form, so Enter confirms only what will be accepted.
+void VLineEditorForm::offerNextStep()
+{
+    const bool complete =
+        !ui->lineEdit_VLineId->text().isEmpty() && !vLineInfo.vLinePaths.isEmpty();
+    makeDefault(complete ? ui->confirmButton : ui->addVLineButton);
 }
 
 void VLineEditorForm::confirm()
@@ -67,9 +79,9 @@ void VLineEditorForm::confirm()
     close();
 }
 
-void VLineEditorForm::forgetGoneNode(const DiagramItem* node)
+void VLineEditorForm::forgetGoneNodes(const GoneNodes& nodes)
 {
-    forgetNode(vLineInfo.vLinePaths, node);
+    forgetNodes(vLineInfo.vLinePaths, nodes);
     for (int i = 0; i < vLineInfo.vLinePaths.size(); ++i)
         ui->comboBox_VLineInfo->setItemText(i, pathText(vLineInfo.vLinePaths.at(i)));
 }

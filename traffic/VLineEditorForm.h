@@ -35,7 +35,8 @@ protected:
 private:
     void addPath();
     void confirm();
-    void forgetGoneNode(const DiagramItem* node);
+    void offerNextStep();
+    void forgetGoneNodes(const GoneNodes& nodes);
 
     std::unique_ptr<Ui::VLineEditorForm> ui;
     TopologyWindow* topologyWindow;

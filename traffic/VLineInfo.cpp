@@ -35,11 +35,11 @@ DiagramItem* talkerOf(const VLineInfo& vLine)
     return vLine.vLinePaths.value(0).value(0);
 }
 
-bool forgetNode(VLineItems& path, const DiagramItem* node)
+bool forgetNodes(VLineItems& path, const GoneNodes& nodes)
 {
     bool held = false;
     for (DiagramItem*& entry : path) {
-        if (entry != node)
+        if (!entry || !nodes.contains(entry))
             continue;
         entry = nullptr;
         held = true;
@@ -47,16 +47,16 @@ bool forgetNode(VLineItems& path, const DiagramItem* node)
     return held;
 }
 
-bool forgetNode(QList<VLineItems>& paths, const DiagramItem* node)
+bool forgetNodes(QList<VLineItems>& paths, const GoneNodes& nodes)
 {
     bool held = false;
     for (VLineItems& path : paths)
-        held = forgetNode(path, node) || held;
+        held = forgetNodes(path, nodes) || held;
     return held;
 }
 
-void forgetNode(QList<VLineInfo>& vLines, const DiagramItem* node)
+void forgetNodes(QList<VLineInfo>& vLines, const GoneNodes& nodes)
 {
     for (VLineInfo& vLine : vLines)
-        forgetNode(vLine.vLinePaths, node);
+        forgetNodes(vLine.vLinePaths, nodes);
 }

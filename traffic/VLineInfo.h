@@ -1,6 +1,7 @@
 #pragma once
 
 #include "topology/DiagramItem.h"
+#include "topology/RecordNotifier.h"
 
 #include <QList>
 #include <QMetaType>
@@ -44,7 +45,7 @@ int switchCount(const VLineItems& path);
 /// The node from which all paths of the virtual link start; null without a path.
 DiagramItem* talkerOf(const VLineInfo& vLine);
 
-/// Turns every entry of a node into null; keys and lengths stay. Returns whether there was one.
-bool forgetNode(VLineItems& path, const DiagramItem* node);
-bool forgetNode(QList<VLineItems>& paths, const DiagramItem* node);
-void forgetNode(QList<VLineInfo>& vLines, const DiagramItem* node);
+/// Turns every entry of these nodes into null; lengths stay. Returns whether there was one.
+bool forgetNodes(VLineItems& path, const GoneNodes& nodes);
+bool forgetNodes(QList<VLineItems>& paths, const GoneNodes& nodes);
+void forgetNodes(QList<VLineInfo>& vLines, const GoneNodes& nodes);

@@ -2,7 +2,6 @@
 
 #include "topology/Arrow.h"
 #include "topology/DiagramScene.h"
-#include "topology/RecordNotifier.h"
 #include "topology/TopologyWindow.h"
 
 #include "ui_VLineNodeSelectForm.h"
@@ -14,8 +13,8 @@ VLineNodeSelectForm::VLineNodeSelectForm(QWidget* parent)
     ui->setupUi(this);
     connect(ui->confirmButton, &QPushButton::clicked, this, &VLineNodeSelectForm::confirm);
     connect(ui->cancelButton, &QPushButton::clicked, this, &VLineNodeSelectForm::close);
-    connect(&RecordNotifier::instance(), &RecordNotifier::nodeGone, this,
-            &VLineNodeSelectForm::forgetGoneNode);
+    connect(&RecordNotifier::instance(), &RecordNotifier::nodesGone, this,
+            &VLineNodeSelectForm::forgetGoneNodes);
 }
 
 VLineNodeSelectForm::VLineNodeSelectForm(DiagramItem* previous, DiagramItem* current,
@@ -49,9 +48,9 @@ void VLineNodeSelectForm::offer(DiagramItem* node)
     nodeList.append(node);
 }
 
-void VLineNodeSelectForm::forgetGoneNode(const DiagramItem* node)
+void VLineNodeSelectForm::forgetGoneNodes(const GoneNodes& nodes)
 {
-    forgetNode(nodeList, node);
+    forgetNodes(nodeList, nodes);
     for (int i = 0; i < nodeList.size(); ++i)
         ui->comboBox_vLineNode->setItemText(i, nodeNameOf(nodeList.at(i)));
 }

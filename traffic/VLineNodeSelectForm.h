@@ -34,7 +34,7 @@ private:
     explicit VLineNodeSelectForm(QWidget* parent);
     void offer(DiagramItem* node);
     void confirm();
-    void forgetGoneNode(const DiagramItem* node);
+    void forgetGoneNodes(const GoneNodes& nodes);
 
     std::unique_ptr<Ui::VLineNodeSelectForm> ui;
     VLineItems nodeList; ///< in the order of the combo box

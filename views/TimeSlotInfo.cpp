@@ -2,6 +2,7 @@
 
 #include "views/FlowCaption.h"
 #include "views/FlowColorTable.h"
+#include "widgets/CellWidget.h"
 
 #include <QHeaderView>
 #include <QHelpEvent>
@@ -10,8 +11,32 @@
 
 #include <iterator>
 
+namespace
+{
+
+/// A header's label that is put together when it is read: few of the many columns are ever seen.
+class ColumnLabel : public QTableWidgetItem
+{
+public:
+    explicit ColumnLabel(int column) : m_column(column) {}
+
+    QVariant data(int role) const override
+    {
+        const QVariant given = QTableWidgetItem::data(role);
+        if (given.isValid() || role != Qt::DisplayRole)
+            return given;
+        return m_column == 0 ? QStringLiteral(u"端口号")
+                             : QStringLiteral(u"时隙%1").arg(m_column - 1);
+    }
+
+private:
+    int m_column;
+};
+
+} // namespace
+
 TimeSlotInfo::TimeSlotInfo(QWidget* parent)
-    : QTableWidget(parent),
+    : CellTable(parent),
       backgroundColor(Qt::white),
       textColor(10, 10, 10)
 {
@@ -21,26 +46,34 @@ TimeSlotInfo::TimeSlotInfo(QWidget* parent)
 void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
 {
     const int slotColumns = qBound(0, slotCount, mostSlots);
+    const QString sheet = QStringLiteral("QTableWidget::item{padding:0px;}");
+    if (styleSheet() != sheet) // the same one again would polish all bars anew
+        setStyleSheet(sheet);
+    verticalHeader()->setVisible(false);
     setColumnCount(slotColumns + 1);
-    setStyleSheet(QStringLiteral("QTableWidget::item{padding:0px;}"));
-    QStringList labels{QStringLiteral(u"端口号")};
-    labels.reserve(slotColumns + 1);
-    for (int slot = 0; slot < slotColumns; ++slot)
-        labels.append(QStringLiteral(u"时隙%1").arg(slot));
-    setHorizontalHeaderLabels(labels);
+    labelColumns();
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    verticalHeader()->setVisible(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    rowFlows.resize(rowCount());
-    for (auto port = ports.cbegin(); port != ports.cend(); ++port) {
-        const int row = rowCount();
+    int row = rowCount();
+    rowFlows.resize(row);
+    setRowCount(row + ports.size());
+    for (auto port = ports.cbegin(); port != ports.cend(); ++port, ++row) {
         rowFlows.append(*port);
-        insertRow(row);
         auto* item = new QTableWidgetItem(QStringLiteral(u"端口%1").arg(port.key()));
         item->setTextAlignment(Qt::AlignCenter);
         setItem(row, 0, item);
+    }
+}
+
+// The header is told once of all new labels.
+void TimeSlotInfo::labelColumns()
+{
+    const QSignalBlocker blocker(model());
+    for (int column = 0; column < columnCount(); ++column) {
+        if (!horizontalHeaderItem(column))
+            setHorizontalHeaderItem(column, new ColumnLabel(column));
     }
 }
 
@@ -48,10 +81,11 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
 {
     if (slot < 0 || slot >= columnCount() - 1 || row < 0 || row >= rowCount())
         return;
-    auto* bar = new QProgressBar;
+    auto* bar = new CellWidget<QProgressBar>(viewport());
     bar->setRange(0, 100);
     bar->setValue(25);
     bar->setTextVisible(false);
+    setCell(row, slot + 1, bar); // before the style sheet, which every new parent would read anew
     const QString shape =
         QStringLiteral("QProgressBar{background:%1;border-width:0px;border-radius:0px;"
                        "text-align:center;}QProgressBar::chunk{border-radius:0px;}")
@@ -60,17 +94,12 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
         QStringLiteral("QProgressBar{color:%1;}QProgressBar::chunk{background:%2;}")
             .arg(textColor.name(), flowColor(flowID).name());
     bar->setStyleSheet(shape + colors);
-    setCellWidget(row, slot + 1, bar);
 }
 
-// Cells are set in a hidden viewport, so that none is shown, polished, laid out or painted on its
-// own; the widget itself stays, and with it the layout around it.
 void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
 {
     setUpdatesEnabled(false);
-    viewport()->hide();
-    clear();
-    setRowCount(0);
+    removeAllRows();
     setupSlotTable(ports, slotCount);
     int row = 0;
     for (const auto& flows : ports) {
@@ -80,8 +109,8 @@ void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
         }
         ++row;
     }
-    viewport()->show();
     setUpdatesEnabled(true);
+    updateEditorGeometries();
 }
 
 // ---- Tool tips
@@ -107,7 +136,7 @@ QString TimeSlotInfo::toolTipAt(const QModelIndex& cell) const
 bool TimeSlotInfo::viewportEvent(QEvent* event)
 {
     if (event->type() != QEvent::ToolTip)
-        return QTableWidget::viewportEvent(event);
+        return CellTable::viewportEvent(event);
     const auto* help = static_cast<QHelpEvent*>(event);
     const QModelIndex cell = indexAt(help->pos());
     QToolTip::showText(help->globalPos(), toolTipAt(cell), viewport(), visualRect(cell));
@@ -122,6 +151,6 @@ void TimeSlotInfo::showToolTip(const QModelIndex& cell)
 
 void TimeSlotInfo::keyPressEvent(QKeyEvent* event)
 {
-    QTableWidget::keyPressEvent(event);
+    CellTable::keyPressEvent(event);
     showToolTip(currentIndex());
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "widgets/CellTable.h"
+
 #include <QColor>
 #include <QMap>
-#include <QTableWidget>
 #include <QVector>
 
 /// The ports of one node: port, flow id, then slots; as the schedule holds them below a node.
@@ -11,7 +12,7 @@ using PortSchedule = QMap<int, QMap<int, QMap<int, qint64>>>;
 /// Grid of one node's schedule: a row a port, a column a slot, a coloured cell where a flow sends.
 ///
 /// A cell's tool tip names its flows, so that they can be told without comparing colours.
-class TimeSlotInfo : public QTableWidget
+class TimeSlotInfo : public CellTable
 {
     Q_OBJECT
 
@@ -44,6 +45,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void labelColumns();
     QString toolTipAt(const QModelIndex& cell) const;
 
     QVector<PortSchedule::mapped_type> rowFlows; ///< flow id, then slots, of each row's port

@@ -1,33 +1,33 @@
+#include "bench/CpuTime.h"
 #include "views/FlowColorTable.h"
 #include "views/TimeSlotInfo.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QProgressBar>
+#include <QScrollBar>
 
 #include <algorithm>
-#include <cstdio>
-#include <functional>
 
-// What choosing a node costs, against what its bars alone cost.
-//
-// 64 ports, 5,000 slots a cycle, 20,000 used cells. The bare loops do nothing but make the same
-// bars with the same style sheets, and set them into a plain table of the same size. Compare rows
-// of one run.
+// What choosing a node, leaving it and scrolling cost in the grid, against what its bars alone
+// cost: the same bars with the same style sheets, made and put nowhere. Compare ratios of one run.
 
-static constexpr int portCount = 64;
-static constexpr int slotCount = 5000;
-static constexpr int usedCells = 20000;
-
-static PortSchedule busyNode()
+/// Used slots spread over the first ports, each slot once; of 200 flows.
+static PortSchedule busyNode(int ports, int slotsAPort)
 {
-    PortSchedule ports;
-    for (int i = 0; i < usedCells; ++i) {
-        const int port = i % portCount;
-        const int slot = (i / portCount) * 16 + port % 16;
-        ports[port][i % 200 + 1][slot] = 0;
+    PortSchedule schedule;
+    for (int port = 0; port < ports; ++port) {
+        for (int i = 0; i < slotsAPort; ++i)
+            schedule[port][(port + i) % 200 + 1][i] = 0;
     }
-    return ports;
+    return schedule;
+}
+
+static PortSchedule quietNode(int ports)
+{
+    PortSchedule schedule;
+    for (int port = 0; port < ports; ++port)
+        schedule[port] = {};
+    return schedule;
 }
 
 static QString styleSheetOf(int flowID)
@@ -38,97 +38,101 @@ static QString styleSheetOf(int flowID)
         .arg(flowColor(flowID).name());
 }
 
-static QProgressBar* createBar(int flowID)
-{
-    auto* bar = new QProgressBar;
-    bar->setRange(0, 100);
-    bar->setValue(25);
-    bar->setTextVisible(false);
-    bar->setStyleSheet(styleSheetOf(flowID));
-    return bar;
-}
-
-static void forEachCell(const PortSchedule& ports,
-                        const std::function<void(int row, int slot, int flowID)>& visit)
-{
-    int row = 0;
-    for (const auto& flows : ports) {
-        for (auto flow = flows.cbegin(); flow != flows.cend(); ++flow) {
-            for (auto slot = flow->cbegin(); slot != flow->cend(); ++slot)
-                visit(row, slot.key(), flow.key());
-        }
-        ++row;
-    }
-}
-
-/// Milliseconds that the work takes with everything it leaves to the event loop.
-static double measure(const std::function<void()>& work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    QCoreApplication::processEvents();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-static double createOnly(const PortSchedule& ports)
+static double barsAlone(const PortSchedule& schedule)
 {
     QList<QProgressBar*> bars;
-    const double time = measure(
-        [&] { forEachCell(ports, [&](int, int, int flowID) { bars.append(createBar(flowID)); }); });
+    const double time = cpuTime([&] {
+        for (const auto& flows : schedule) {
+            for (auto flow = flows.cbegin(); flow != flows.cend(); ++flow) {
+                for (int i = 0; i < flow->size(); ++i) {
+                    auto* bar = new QProgressBar;
+                    bar->setRange(0, 100);
+                    bar->setValue(25);
+                    bar->setTextVisible(false);
+                    bar->setStyleSheet(styleSheetOf(flow.key()));
+                    bars.append(bar);
+                }
+            }
+        }
+    });
     qDeleteAll(bars);
     return time;
 }
 
-static double createAndSet(const PortSchedule& ports)
+/// Milliseconds a step from the left to the right end of the grid, at most 60 steps.
+static double scrollStep(TimeSlotInfo& table)
 {
-    QTableWidget table(portCount, slotCount + 1);
-    table.resize(1000, 400);
-    table.setStyleSheet(QStringLiteral("QTableWidget::item{padding:0px;}"));
-    table.show();
-    QCoreApplication::processEvents();
-    return measure([&] {
-        forEachCell(ports, [&](int row, int slot, int flowID) {
-            table.setCellWidget(row, slot + 1, createBar(flowID));
-        });
+    QScrollBar* bar = table.horizontalScrollBar();
+    const int steps = std::min(60, bar->maximum());
+    const double time = cpuTime([&] {
+        for (int step = 1; step <= steps; ++step) {
+            bar->setValue(step);
+            QCoreApplication::processEvents();
+        }
     });
+    bar->setValue(0);
+    return time / std::max(1, steps);
 }
 
-static double showNode(TimeSlotInfo& table, const PortSchedule& ports)
+struct Case {
+    const char* name;
+    int ports;
+    int usedSlots; ///< of each port
+    int slotCount;
+};
+
+static void measure(const Case& grid)
 {
-    return measure([&] { table.showPorts(ports, slotCount); });
+    const PortSchedule busy = busyNode(grid.ports, grid.usedSlots);
+    const PortSchedule quiet = quietNode(grid.ports);
+    double bars = 1e12;
+    double shown = 1e12;
+    double left = 1e12;
+    double step = 1e12;
+    for (int round = 0; round < 3; ++round) {
+        TimeSlotInfo table(nullptr);
+        table.resize(1000, 400);
+        table.show();
+        cpuTime([&] { table.showPorts(quiet, grid.slotCount); });
+        bars = std::min(bars, barsAlone(busy));
+        shown = std::min(shown, cpuTime([&] { table.showPorts(busy, grid.slotCount); }));
+        step = std::min(step, scrollStep(table));
+        left = std::min(left, cpuTime([&] { table.showPorts(quiet, grid.slotCount); }));
+    }
+    std::printf("%-36s %9.0f %9.0f %9.0f %9.2f   %6.2f %6.2f\n", grid.name, bars, shown, left, step,
+                shown / bars, left / bars);
+}
+
+static void measureColumns()
+{
+    constexpr int columns = 80000;
+    constexpr int ports = 8;
+    double bare = 1e12;
+    double labelled = 1e12;
+    for (int round = 0; round < 3; ++round) {
+        QTableWidget plain(ports, 0);
+        plain.show();
+        bare = std::min(bare, cpuTime([&] { plain.setColumnCount(columns + 1); }));
+        TimeSlotInfo table(nullptr);
+        table.show();
+        labelled = std::min(labelled, cpuTime([&] { table.showPorts(quietNode(ports), columns); }));
+    }
+    std::printf(
+        "80,000 columns, 8 ports: bare setColumnCount %.0f ms, with labels %.0f ms, ratio %.2f\n",
+        bare, labelled, labelled / bare);
 }
 
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
     fillFlowColorTable();
-    const PortSchedule busy = busyNode();
-    PortSchedule quiet;
-    for (int port = 0; port < portCount; ++port)
-        quiet[port] = {};
-    TimeSlotInfo table(nullptr);
-    table.resize(1000, 400);
-    table.show();
-    QCoreApplication::processEvents();
-
-    double bare = 1e12;
-    double set = 1e12;
-    double shown = 1e12;
-    double headers = 1e12;
-    double left = 1e12;
-    for (int round = 0; round < 2; ++round) {
-        bare = std::min(bare, createOnly(busy));
-        set = std::min(set, createAndSet(busy));
-        headers = std::min(headers, showNode(table, quiet));
-        shown = std::min(shown, showNode(table, busy));
-        left = std::min(left, showNode(table, quiet));
-    }
-    std::printf("%-44s %9.0f ms\n", "bars created only", bare);
-    std::printf("%-44s %9.0f ms\n", "bars created and set, bare loop", set);
-    std::printf("%-44s %9.0f ms\n", "grid without used cells (headers, rows)", headers);
-    std::printf("%-44s %9.0f ms\n", "node with 20,000 used cells shown", shown);
-    std::printf("%-44s %9.0f ms\n", "next, empty node shown (old bars released)", left);
-    std::printf("%-44s %9.2f\n", "shown / bare loop", shown / set);
+    measureColumns();
+    std::printf("%-36s %9s %9s %9s %9s   %6s %6s\n", "ms of CPU time", "bars", "chosen", "left",
+                "a step", "chosen", "left");
+    for (const Case& grid : {Case{"5,000 used cells in 64 rows", 64, 78, 5000},
+                             Case{"20,000 used cells in 64 rows", 64, 312, 5000},
+                             Case{"20,000 used cells in 20,000 rows", 20000, 1, 20},
+                             Case{"50,000 used cells in one row", 1, 50000, 50000}})
+        measure(grid);
     return 0;
 }

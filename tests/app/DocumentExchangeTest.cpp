@@ -423,6 +423,39 @@ private slots:
         QCOMPARE(exchange.studio.probe.schedCycle(), 4000);
     }
 
+    void linkToTheGivenDocumentIsReplacedByACopy()
+    {
+        ExchangeStudio exchange;
+        QVERIFY(QDir().mkpath(u("ResourceXML")));
+        QVERIFY(QFile::link(exchange.givenInput, ownInput()));
+        exchange.studio.probe.importVekFile(exchange.givenInput, exchange.givenOutput);
+        QVERIFY(!QFileInfo(ownInput()).isSymLink());
+        QCOMPARE(readFile(ownInput()), inputDocument("given"));
+        exchange.studio.probe.generateInput();
+        QCOMPARE(readFile(exchange.givenInput), inputDocument("given"));
+    }
+
+    void linkThatLeadsNowhereIsReplacedByACopy()
+    {
+        ExchangeStudio exchange;
+        QVERIFY(QDir().mkpath(u("ResourceXML")));
+        QVERIFY(QFile::link(exchange.folder.path(u("nowhere.xml")), ownInput()));
+        exchange.studio.probe.importVekFile(exchange.givenInput, exchange.givenOutput);
+        QCOMPARE(readFile(ownInput()), inputDocument("given"));
+        QVERIFY(!QFile::exists(exchange.folder.path(u("nowhere.xml"))));
+    }
+
+    void importedReadOnlyDocumentsCanBeReplacedByTheNextRun()
+    {
+        ExchangeStudio exchange;
+        for (const QString& path : {exchange.givenInput, exchange.givenOutput})
+            QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadUser));
+        exchange.studio.probe.importVekFile(exchange.givenInput, exchange.givenOutput);
+        for (const QString& path : {ownInput(), ownOutput()})
+            QVERIFY(QFile::permissions(path) & QFile::WriteOwner);
+        QVERIFY(!(QFile::permissions(exchange.givenInput) & QFile::WriteOwner));
+    }
+
     void importDuringARunIsPutAside()
     {
         ExchangeStudio exchange;

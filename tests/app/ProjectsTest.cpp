@@ -15,11 +15,13 @@
 #include <QListWidget>
 #include <QTableWidget>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 
 // Saving and opening projects through the file menu and its dialogs.
 
@@ -154,6 +156,22 @@ private slots:
         writeFile(project.folder.path(u("old.rotpro")), QByteArray(5000, 'x'));
         project.studio.saveProject(project.folder.path(u("old"))); // which the dialog does not find
         QCOMPARE(readFile(project.folder.path(u("old.rotpro"))), QByteArray(16, '\0'));
+    }
+
+    void fullDiskLeavesTheOldProjectWithoutAWord()
+    {
+        ProjectStudio project;
+        project.studio.drawSmallNetwork();
+        writeFile(project.folder.path(u("old.rotpro")), "old");
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit full{100, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        project.studio.saveProject(project.folder.path(u("old")));
+        setrlimit(RLIMIT_FSIZE, &before);
+        QCOMPARE(readFile(project.folder.path(u("old.rotpro"))), QByteArray("old"));
+        QVERIFY(project.log.lines().isEmpty());
     }
 
     void fileThatCannotBeWrittenIsNoReasonForAWord()

@@ -232,6 +232,28 @@ private slots:
         QCOMPARE(readFile(inputFile()), document);
     }
 
+    void linkToThePickedDocumentIsReplacedByACopy()
+    {
+        const QByteArray document = readFile(exampleDocument("ring"));
+        writeFile(QStringLiteral("mine/vek_input.xml"), document);
+        QVERIFY(QDir().mkpath(QStringLiteral("ResourceXML")));
+        QVERIFY(QFile::link(m_folder->path(QStringLiteral("mine/vek_input.xml")),
+                            m_folder->path(inputFile())));
+        QCOMPARE(runOnDocument(m_folder->path(QStringLiteral("mine/vek_input.xml"))),
+                 QStringList{successBox()});
+        QVERIFY(!QFileInfo(inputFile()).isSymLink());
+        QCOMPARE(readFile(inputFile()), document);
+    }
+
+    void pickedReadOnlyDocumentCanBeReplacedByTheNextRun()
+    {
+        const QString mine = m_folder->path(QStringLiteral("mine/vek_input.xml"));
+        writeFile(mine, readFile(exampleDocument("ring")));
+        QVERIFY(QFile::setPermissions(mine, QFile::ReadOwner | QFile::ReadUser));
+        runOnDocument(mine);
+        QVERIFY(QFile::permissions(inputFile()) & QFile::WriteOwner);
+    }
+
     void pickedDocumentReplacesTheEarlierOne()
     {
         writeFile(inputFile(), "earlier");

@@ -59,6 +59,23 @@ class BuildFromRecordsTest : public QObject
     Q_OBJECT
 
 private slots:
+    void nodesHaveTheirNumbersAsSoonAsTheyAreInserted()
+    {
+        Editor editor;
+        editor.insertNode(DiagramItem::Endpoint, QPointF(300, 300), "old");
+        QStringList numbers;
+        connect(editor.scene(), &DiagramScene::itemInserted, this, [&] {
+            for (const DiagramItem* node : editor.nodes())
+                numbers.append(node->nodeId);
+        });
+        FileNodeInfo record;
+        record.nodeId = QStringLiteral("77");
+        editor.scene()->buildByProjectFile({record, record, record}, {});
+        QCOMPARE(numbers.join(QLatin1Char(' ')), QStringLiteral("0 0 1 0 1 2"));
+        editor.insertNode(DiagramItem::Endpoint, QPointF(300, 300));
+        QCOMPARE(editor.nodes().last()->nodeId, QStringLiteral("3"));
+    }
+
     void recordsBuildTheDrawingAndItsNames()
     {
         Editor editor;

@@ -199,6 +199,20 @@ private slots:
         QVERIFY(lineEdit(pair.openLink(), "lineEdit_srcPort")->text().isEmpty());
     }
 
+    void nextLinkIsTypedFromItsNameOn()
+    {
+        LinkedPair pair;
+        EditLineWindow* dialog = pair.openLink();
+        typeText(dialog, "lineEdit_vLineName", "first");
+        lineEdit(dialog, "lineEdit_bandWidth")->setFocus();
+        clickButton(dialog, "confirmButton");
+        dialog = pair.openLink();
+        QTRY_VERIFY(lineEdit(dialog, "lineEdit_vLineName")->hasFocus());
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("second"));
+        QCOMPARE(lineEdit(dialog, "lineEdit_vLineName")->text(), QStringLiteral("second"));
+        QVERIFY(lineEdit(dialog, "lineEdit_bandWidth")->text().isEmpty());
+    }
+
     void formsStandAsDesigned()
     {
         LinkedPair pair;

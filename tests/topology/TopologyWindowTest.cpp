@@ -216,6 +216,21 @@ private slots:
         QVERIFY(editor.nodes().isEmpty());
     }
 
+    void deleteKeyInAnotherOpenMenuDeletesNothing()
+    {
+        Editor editor;
+        editor.insertNode(DiagramItem::Endpoint, QPointF(150, 200))->setSelected(true);
+        editor.view()->setFocus();
+        QMenu* colors = TopologyWindowProbe::lineColorButton(editor.window)->menu();
+        colors->popup(editor.window.mapToGlobal(QPoint(300, 300)));
+        QVERIFY(QTest::qWaitForWindowExposed(colors));
+        QTest::keyClick(colors, Qt::Key_Delete);
+        QCOMPARE(editor.nodes().size(), 1);
+        colors->close();
+        QTest::keyClick(editor.view(), Qt::Key_Delete);
+        QVERIFY(editor.nodes().isEmpty());
+    }
+
     void typedFontSizeIsTakenUpTo64()
     {
         Editor editor;

@@ -11,7 +11,10 @@
 #include <QListView>
 #include <QPainter>
 #include <QProgressBar>
+#include <QScrollBar>
 #include <QStandardItemModel>
+
+#include <algorithm>
 
 // The grid and the cards; cards are read at the points that their geometry names.
 
@@ -29,6 +32,13 @@ static QColor barColor(const QWidget* bar)
     image.fill(Qt::magenta);
     const_cast<QWidget*>(bar)->render(&image);
     return image.pixelColor(image.width() / 8, image.height() / 2);
+}
+
+static int shownBars(const QWidget& table)
+{
+    const auto bars = table.findChildren<QProgressBar*>();
+    return int(std::count_if(bars.begin(), bars.end(),
+                             [](const QProgressBar* bar) { return bar->isVisible(); }));
 }
 
 static QModelIndex card(QStandardItemModel& model, const QColor& color, const ItemData& texts)
@@ -237,6 +247,64 @@ private slots:
         QCOMPARE(QToolTip::text(), QStringLiteral(u"流id 5-0"));
         QTest::keyClick(&grid.table, Qt::Key_Right);
         QTRY_VERIFY(!QToolTip::isVisible());
+    }
+
+    // ---- Many cells
+
+    void onlyBarsInViewAreShownAndAllAreThere()
+    {
+        TimeSlotInfo table(nullptr);
+        table.resize(600, 200);
+        table.show();
+        QList<int> all;
+        for (int slot = 0; slot < 3000; ++slot)
+            all.append(slot);
+        table.showPorts({{1, {{5, slotSet(all)}}}, {2, {{6, slotSet(all)}}}}, 3000);
+        QVERIFY(QTest::qWaitForWindowExposed(&table));
+        for (const int slot : {0, 1500, 2999}) {
+            auto* bar = qobject_cast<QProgressBar*>(table.cellWidget(1, slot + 1));
+            QVERIFY(bar && bar->styleSheet().contains(flowColor(6).name()));
+            QCOMPARE(bar->isVisible(), slot == 0);
+        }
+        QVERIFY(shownBars(table) < 30);
+        QCOMPARE(table.findChildren<QProgressBar*>().size(), 6000);
+    }
+
+    void scrollingShowsTheCellsThatComeIntoView()
+    {
+        TimeSlotInfo table(nullptr);
+        table.resize(600, 200);
+        table.show();
+        table.showPorts({{1, {{5, slotSet({0, 1500})}}}}, 3000);
+        QVERIFY(QTest::qWaitForWindowExposed(&table));
+        QWidget* first = table.cellWidget(0, 1);
+        QWidget* later = table.cellWidget(0, 1501);
+        QVERIFY(first->isVisible() && !later->isVisible());
+        table.scrollTo(table.model()->index(0, 1501));
+        QVERIFY(!first->isVisible() && later->isVisible());
+        QCOMPARE(later->geometry(), table.visualRect(table.model()->index(0, 1501)));
+        table.horizontalScrollBar()->setValue(0);
+        QVERIFY(first->isVisible() && !later->isVisible());
+        QCOMPARE(first->geometry(), table.visualRect(table.model()->index(0, 1)));
+        QCOMPARE(barColor(first), flowColor(5));
+    }
+
+    void cellColouredInAShownGridIsSeenAtOnce()
+    {
+        TimeSlotInfo table(nullptr);
+        table.show();
+        table.showPorts({{1, {}}}, 4);
+        table.setSlotCell(0, 0, 5);
+        QVERIFY(table.cellWidget(0, 1)->isVisible());
+    }
+
+    void barsOfEarlierNodesDoNotWaitForTheEventLoop()
+    {
+        TimeSlotInfo table(nullptr);
+        table.show();
+        for (int round = 0; round < 20; ++round)
+            table.showPorts({{1, {{5, slotSet({0, 1, 900})}}}}, 1000);
+        QCOMPARE(table.findChildren<QProgressBar*>().size(), 3);
     }
 
     // ---- Cards

@@ -1,6 +1,7 @@
 #include "tools/tour/DialogPictures.h"
 
 #include "app/PlanCheckForm.h"
+#include "app/SynthesisForm.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -54,7 +55,8 @@ void arrangeDialogs()
         width += dialog->width() + dialogGap;
     int left = std::min(dialogsLeft, dialogsRight - width);
     for (QDialog* dialog : openDialogs()) {
-        const bool isAboutTheDocks = qobject_cast<PlanCheckForm*>(dialog);
+        const bool isAboutTheDocks =
+            qobject_cast<PlanCheckForm*>(dialog) || qobject_cast<SynthesisForm*>(dialog);
         dialog->move(left, isAboutTheDocks ? dialogsTop : dialogsBottom - dialog->height());
         left += dialog->width() + dialogGap;
     }

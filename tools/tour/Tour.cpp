@@ -5,6 +5,7 @@
 #include "app/MainWindow.h"
 #include "app/OutportVekForm.h"
 #include "app/PlanCheckForm.h"
+#include "app/SynthesisForm.h"
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 #include "traffic/AddDstNodeForm.h"
@@ -56,6 +57,13 @@ static bool isShown()
     return visibleWindow<Window>() != nullptr;
 }
 
+/// Whether windows were found and can be adopted.
+static bool isSolved()
+{
+    auto* form = visibleWindow<SynthesisForm>();
+    return form && form->findChild<QPushButton*>(QStringLiteral("adoptButton"))->isEnabled();
+}
+
 static QStringList pathOf(const char* names)
 {
     return QString::fromUtf8(names).split(QLatin1Char(' '));
@@ -102,6 +110,7 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
         {QStringLiteral("fails-window-check"), "1", pathOf("4000 5000"), pathOf("0 4600")});
     addFailingExampleStages(
         {QStringLiteral("fails-resolution"), "2", pathOf("0 200"), pathOf("200 600")});
+    addSolvingStages(QStringLiteral("busy-plant"));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
@@ -310,10 +319,9 @@ void Tour::goToFirstFinding()
     QTest::keyClick(findings, Qt::Key_Return);
 }
 
-// Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.
-void Tour::addFailingExampleStages(const FailingExample& example)
+// Opens an example and sees it fail.
+void Tour::addRefusalStages(const QString& name)
 {
-    const QString& name = example.name;
     addOpeningStages(name);
     m_stages.push_back({name + QStringLiteral("-opened"), [] { return !isShown<QFileDialog>(); },
                         [this] {
@@ -329,6 +337,33 @@ void Tour::addFailingExampleStages(const FailingExample& example)
     m_stages.push_back({name + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
                         [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
     addOutcomeStage(name + QStringLiteral("-refused"));
+}
+
+// Opens an example, sees it fail, has its windows solved, and plans again.
+void Tour::addSolvingStages(const QString& name)
+{
+    addRefusalStages(name);
+    m_stages.push_back({name + QStringLiteral("-refusal-read"),
+                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+                        [this] {
+                            auto* flows = m_studio->probe.flowTable();
+                            openMenuByMouse(*flows, flows->model()->index(0, 2));
+                        }});
+    m_stages.push_back({name + QStringLiteral("-menu"), &isShown<QMenu>,
+                        [] { chooseByMouse(openMenu(), openMenu()->actions().first()->text()); }});
+    m_stages.push_back({name + QStringLiteral("-solved"), &isSolved,
+                        [] { clickButton<SynthesisForm>("adoptButton"); }});
+    m_stages.push_back({name + QStringLiteral("-adopted"), [] { return !isShown<SynthesisForm>(); },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    addRunStages(name);
+    m_stages.push_back({name + QStringLiteral("-schedule"), [] { return true; }, [] {}});
+}
+
+// Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.
+void Tour::addFailingExampleStages(const FailingExample& example)
+{
+    const QString& name = example.name;
+    addRefusalStages(name);
     m_stages.push_back({name + QStringLiteral("-refusal-read"),
                         [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
                         [this, example] { mend(example); }});
@@ -457,7 +492,7 @@ void Tour::takePicture(const QString& name)
 {
     const QString path = QStringLiteral("%1/%2-%3.png")
                              .arg(m_pictures)
-                             .arg(++m_pictureCount, 2, 10, QLatin1Char('0'))
+                             .arg(++m_pictureCount, 3, 10, QLatin1Char('0'))
                              .arg(name);
     if (!screenPicture().save(path))
         qWarning().noquote() << "tour: cannot save" << path;

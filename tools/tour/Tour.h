@@ -53,6 +53,8 @@ private:
     void addPlanCheckStages();
     void openPlanCheckPage(int index);
     void goToFirstFinding();
+    void addRefusalStages(const QString& name);
+    void addSolvingStages(const QString& name);
     void addFailingExampleStages(const FailingExample& example);
     void mend(const FailingExample& example);
     void addRunStages(const QString& name);

@@ -1,0 +1,174 @@
+#include "project/WholeFile.h"
+
+#include "tests/support/Documents.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QtTest>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+
+// Files that are replaced whole or not at all.
+
+/// While it lives, no file of this process grows beyond some bytes, as on a disk that is full.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+/// While it lives, the process may do no more than any user; the superuser may write anywhere.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser() : m_before(geteuid())
+    {
+        if (m_before == 0 && seteuid(65534) != 0)
+            qFatal("the superuser cannot become another user");
+    }
+    ~OrdinaryUser()
+    {
+        if (m_before == 0 && seteuid(0) != 0)
+            qFatal("the superuser's rights do not come back");
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    uid_t m_before;
+};
+
+static QStringList filesIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
+}
+
+static QString u(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+class WholeFileTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void newAndOldFilesGetTheBytes()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("file"));
+        QVERIFY(replaceWhole(path, "first and longer"));
+        QCOMPARE(readFile(path), QByteArray("first and longer"));
+        QVERIFY(replaceWhole(path, "second"));
+        QCOMPARE(readFile(path), QByteArray("second"));
+        QCOMPARE(filesIn(folder.path(QString())), QStringList{u("file")});
+    }
+
+    void fullDiskLeavesTheOldFileAndNothingBesideIt_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::newRow("fits a buffer") << 2000;
+        QTest::newRow("larger than a buffer") << 100000;
+    }
+
+    void fullDiskLeavesTheOldFileAndNothingBesideIt()
+    {
+        QFETCH(int, size);
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("file"));
+        writeFile(path, "old");
+        {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(path, QByteArray(size, 'x')));
+        }
+        QCOMPARE(readFile(path), QByteArray("old"));
+        QCOMPARE(filesIn(folder.path(QString())), QStringList{u("file")});
+    }
+
+    void linksAreFollowedAndStay()
+    {
+        const TemporaryFolder folder;
+        writeFile(folder.path(u("elsewhere/file")), "old");
+        QVERIFY(QFile::link(folder.path(u("elsewhere/file")), folder.path(u("second"))));
+        QVERIFY(QFile::link(folder.path(u("second")), folder.path(u("first"))));
+        QVERIFY(replaceWhole(folder.path(u("first")), "new"));
+        QVERIFY(QFileInfo(folder.path(u("first"))).isSymLink());
+        QVERIFY(QFileInfo(folder.path(u("second"))).isSymLink());
+        QCOMPARE(readFile(folder.path(u("elsewhere/file"))), QByteArray("new"));
+    }
+
+    void permissionsStay()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("file"));
+        writeFile(path, "old");
+        const QFile::Permissions ownOnly = QFile::ReadOwner | QFile::WriteOwner;
+        QVERIFY(QFile::setPermissions(path, ownOnly));
+        QVERIFY(replaceWhole(path, "new"));
+        QCOMPARE(QFile::permissions(path) & (QFile::ReadOther | QFile::ReadGroup),
+                 QFile::Permissions());
+    }
+
+    void folderThatForbidsASecondFileStillTakesTheBytes()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("closed/file"));
+        writeFile(path, "old");
+        const QFile::Permissions all = QFile::Permissions(0x6666);
+        QVERIFY(QFile::setPermissions(path, all));
+        QVERIFY(QFile::setPermissions(folder.path(QString()), all | QFile::Permissions(0x1111)));
+        QVERIFY(QFile::setPermissions(folder.path(u("closed")), QFile::Permissions(0x5555)));
+        {
+            const OrdinaryUser user;
+            QVERIFY(!QFile(folder.path(u("closed/second"))).open(QIODevice::WriteOnly));
+            QVERIFY(replaceWhole(path, "new"));
+        }
+        QVERIFY(QFile::setPermissions(folder.path(u("closed")), QFile::Permissions(0x7777)));
+        QCOMPARE(readFile(path), QByteArray("new"));
+    }
+
+    void nameTooLongForASecondFileIsStillWritten()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(255, QLatin1Char('n')));
+        QVERIFY(replaceWhole(path, "new"));
+        QCOMPARE(readFile(path), QByteArray("new"));
+    }
+
+    void deviceIsWrittenToAndStaysOne()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("device"));
+        QVERIFY(QFile::link(u("/dev/null"), path));
+        QVERIFY(replaceWhole(path, "new"));
+        const QFileInfo device(path);
+        QVERIFY(device.isSymLink() && device.exists() && !device.isFile());
+    }
+
+    void folderIsNoFile()
+    {
+        const TemporaryFolder folder;
+        QVERIFY(QDir().mkdir(folder.path(u("taken"))));
+        QVERIFY(!replaceWhole(folder.path(u("taken")), "new"));
+        QVERIFY(QFileInfo(folder.path(u("taken"))).isDir());
+    }
+};
+
+QTEST_GUILESS_MAIN(WholeFileTest)
+#include "WholeFileTest.moc"

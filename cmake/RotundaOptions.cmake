@@ -1,4 +1,7 @@
 # Flags that every target of the project carries, in one place.
+option(ROTUNDA_TESTS "Build the tests and the tour" ${PROJECT_IS_TOP_LEVEL})
+option(ROTUNDA_BENCH "Build the benches" ${PROJECT_IS_TOP_LEVEL})
+option(ROTUNDA_WERROR "Make warnings in the project's own code errors" ${PROJECT_IS_TOP_LEVEL})
 option(ROTUNDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(ROTUNDA_COVERAGE "Build with coverage instrumentation" OFF)
 
@@ -10,7 +13,10 @@ endif()
 add_library(rotunda_options INTERFACE)
 target_include_directories(rotunda_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(rotunda_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(ROTUNDA_WERROR)
+  target_compile_options(rotunda_options INTERFACE -Werror)
+endif()
 target_compile_definitions(rotunda_options INTERFACE
   QT_NO_CAST_FROM_ASCII
   QT_NO_CAST_TO_ASCII

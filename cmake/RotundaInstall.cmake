@@ -79,6 +79,9 @@ foreach(network IN LISTS networks)
   install(DIRECTORY ${folder} DESTINATION ${ROTUNDA_DATADIR}/examples COMPONENT studio)
 endforeach()
 
+file(GLOB schemas CONFIGURE_DEPENDS formats/*.yang)
+install(FILES ${schemas} DESTINATION ${CMAKE_INSTALL_DATADIR}/yang/modules/rotunda COMPONENT studio)
+
 rotunda_add_guide_pages(guide_pages)
 install(FILES ${guide_pages} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT studio)
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT studio)

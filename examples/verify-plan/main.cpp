@@ -79,7 +79,8 @@ static int verify(const QString& input, const QString& output, bool asCsv)
     for (const Finding& finding : result.findings)
         write(asCsv ? csvLine(finding) : describe(finding));
     std::fprintf(
-        stderr, "%zu transmissions of %zu flows on %zu ports: %zu findings, %zu of them faults\n",
+        stderr,
+        "transmissions: %zu, flows: %zu, ports: %zu, findings: %zu, faults among them: %zu\n",
         result.transmissions, result.flows, result.ports, result.findings.size(), result.faults());
     return result.findings.empty() ? 0 : 1;
 }

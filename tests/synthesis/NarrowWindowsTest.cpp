@@ -1,10 +1,10 @@
 #include "tests/support/Documents.h"
+#include "tests/support/ProgramRun.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QtTest>
 
 // The program for many documents, run as a user runs it.
@@ -19,9 +19,9 @@ private slots:
     void anExampleThatTheRulesRefuseIsPlannedAfterwards()
     {
         const QByteArray document = example("busy-plant");
-        const Result result = run(document);
+        const ProgramRun result = run(document);
         QCOMPARE(result.code, 0);
-        QCOMPARE(result.lines,
+        QCOMPARE(result.errors,
                  (QStringList{QStringLiteral("left out: flow element 60 is not of type TT"),
                               QStringLiteral("found: 0 slots of waiting")}));
         const ParsedNetwork before = parsed(document);
@@ -60,9 +60,9 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, line);
-        const Result result = run(example(name.toUtf8().constData()));
+        const ProgramRun result = run(example(name.toUtf8().constData()));
         QCOMPARE(result.code, 1);
-        QCOMPARE(result.lines, QStringList{line});
+        QCOMPARE(result.errors, QStringList{line});
         QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
     }
 
@@ -72,11 +72,11 @@ private slots:
         style.windows = PlantedStyle::Tight;
         style.flows = 80;
         style.reach = 1;
-        const Result result = run(documentOf(plantedNetwork(style, 1).draft),
-                                  {QStringLiteral("--steps"), QStringLiteral("1")});
+        const ProgramRun result = run(documentOf(plantedNetwork(style, 1).draft),
+                                      {QStringLiteral("--steps"), QStringLiteral("1")});
         QCOMPARE(result.code, 2);
-        QCOMPARE(result.lines.size(), 1);
-        QVERIFY(result.lines.front().startsWith(
+        QCOMPARE(result.errors.size(), 1);
+        QVERIFY(result.errors.front().startsWith(
             QStringLiteral("not found: the steps are spent; not placed: flows ")));
         QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
     }
@@ -97,10 +97,10 @@ private slots:
     {
         QFETCH(QByteArray, document);
         QFETCH(QString, line);
-        const Result result = run(document);
+        const ProgramRun result = run(document);
         QCOMPARE(result.code, 3);
-        QVERIFY2(!result.lines.isEmpty() && result.lines.first().startsWith(line),
-                 qPrintable(result.lines.join(QLatin1Char('\n'))));
+        QVERIFY2(!result.errors.isEmpty() && result.errors.first().startsWith(line),
+                 qPrintable(result.errors.join(QLatin1Char('\n'))));
         QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
     }
 
@@ -117,31 +117,18 @@ private slots:
     }
 
 private:
-    struct Result {
-        int code = -1;
-        QStringList lines;
-    };
-
     static QByteArray example(const char* name)
     {
         return readFile(QStringLiteral(ROTUNDA_SOURCE_FOLDER "/examples/%1/vek_input.xml")
                             .arg(QString::fromUtf8(name)));
     }
 
-    static Result start(const QStringList& arguments)
+    static ProgramRun start(const QStringList& arguments)
     {
-        QProcess process;
-        process.start(QStringLiteral(ROTUNDA_NARROW_WINDOWS), arguments);
-        Result result;
-        if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-            return result;
-        result.code = process.exitCode();
-        result.lines = QString::fromUtf8(process.readAllStandardError())
-                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        return result;
+        return runProgram(QStringLiteral(ROTUNDA_NARROW_WINDOWS), arguments);
     }
 
-    static Result run(const QByteArray& document, const QStringList& options = {})
+    static ProgramRun run(const QByteArray& document, const QStringList& options = {})
     {
         writeFile(QStringLiteral("in.xml"), document);
         return start(QStringList{QStringLiteral("in.xml"), QStringLiteral("out.xml")} + options);

@@ -87,3 +87,4 @@ install(FILES ${guide_pages} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT studi
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT studio)
 
 include(cmake/RotundaDevelopment.cmake)
+include(cmake/RotundaPackages.cmake)

@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QFileDialog>
 
+#include <tinyxml2.h>
+
 // Project files, documents from and to other folders, and the input document of the drawn model.
 
 // ---- Project files

@@ -30,8 +30,8 @@ endfunction()
 
 # rotunda_add_shards(name SHARDS count NETWORKS each SOURCES ... LIBRARIES ...)
 #
-# One program, run as so many tests; each goes through so many random networks, from seed 1 on, and
-# leaves its counts behind. The program by itself takes ROTUNDA_SEED and ROTUNDA_NETWORKS.
+# One program, run as so many tests; each goes through so many random inputs, from seed 1 on, and may
+# leave its counts behind. The program by itself takes ROTUNDA_SEED and ROTUNDA_NETWORKS.
 function(rotunda_add_shards name)
   cmake_parse_arguments(TEST "" "SHARDS;NETWORKS" "SOURCES;LIBRARIES" ${ARGN})
   rotunda_add_test_program(${name} ${ARGN})

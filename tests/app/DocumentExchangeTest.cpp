@@ -8,6 +8,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QDockWidget>
@@ -17,11 +18,6 @@
 #include <QTableWidget>
 
 // Importing a schedule from elsewhere and exporting the studio's own, through menu and dialogs.
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// One host and one switch; the schedule of one transmission between them.
 static QByteArray inputDocument(const char* hostName)

@@ -8,6 +8,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QDockWidget>
@@ -24,11 +25,6 @@
 #include <csignal>
 
 // Saving and opening projects through the file menu and its dialogs.
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 static QStringList namesFromTheTop(Editor& editor)
 {

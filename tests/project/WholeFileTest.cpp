@@ -2,6 +2,7 @@
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -57,11 +58,6 @@ private:
 static QStringList filesIn(const QString& folder)
 {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
-}
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
 }
 
 class WholeFileTest : public QObject

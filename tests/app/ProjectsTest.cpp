@@ -18,6 +18,7 @@
 
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -201,6 +202,28 @@ private slots:
         QCOMPARE(project.studio.editor.nodes().size(), 5);
         QVERIFY(!project.studio.probe.vLineDock());
         QVERIFY(!project.studio.probe.flowDock());
+    }
+
+    void pipeOrDeviceAsProjectIsRefusedWithoutAWord_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("pipe") << QString();
+        QTest::newRow("device without end") << u("/dev/zero");
+    }
+
+    void pipeOrDeviceAsProjectIsRefusedWithoutAWord()
+    {
+        QFETCH(QString, target);
+        ProjectStudio project;
+        project.studio.drawSmallNetwork();
+        const QString path = project.folder.path(u("other.rotpro"));
+        if (target.isEmpty())
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        else
+            QVERIFY(QFile::link(target, path));
+        project.studio.openProject(path);
+        QCOMPARE(project.studio.editor.nodes().size(), 5);
+        QVERIFY(!project.studio.probe.vLineDock());
     }
 
     void dockThatIsOpenAlreadyGetsTheOtherBesideIt()

@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -155,6 +156,15 @@ private slots:
         QVERIFY(replaceWhole(path, "new"));
         const QFileInfo device(path);
         QVERIFY(device.isSymLink() && device.exists() && !device.isFile());
+    }
+
+    void pipeIsRefusedWithoutWaitingForAReader()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("pipe"));
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        QVERIFY(!replaceWhole(path, "new"));
+        QVERIFY(QFileInfo::exists(path) && !QFileInfo(path).isFile());
     }
 
     void folderIsNoFile()

@@ -47,9 +47,6 @@ class VLineEditorForm;
 struct PlanPlace;
 struct Project;
 
-using tinyxml2::XMLDocument;
-using tinyxml2::XMLElement;
-
 /// The studio's one top-level window and owner of its model: drawing, virtual links, flows,
 /// schedule.
 ///
@@ -58,6 +55,8 @@ using tinyxml2::XMLElement;
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
+    using XMLDocument = tinyxml2::XMLDocument;
+    using XMLElement = tinyxml2::XMLElement;
 
 public:
     /// Restores size and state of the last session; shows itself only when that was maximized.

@@ -11,6 +11,9 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+
+#include <tinyxml2.h>
 
 // Project files, documents from and to other folders, and the input document of the drawn model.
 
@@ -46,8 +49,9 @@ void MainWindow::handleActionOpenProject()
                                      QFileDialog::DontUseNativeDialog);
     if (path.isEmpty())
         return;
+    // Opening a pipe would wait for its other end, and a device may have none.
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
+    if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly))
         showProject(readProject(file));
 }
 

@@ -5,6 +5,7 @@
 #include "planner/WindowRevision.h"
 #include "planner/passes/Passes.h"
 #include "planner/passes/PortCopies.h"
+#include "planner/passes/PortSlots.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -69,6 +70,8 @@ public:
         const PortSlots found = findSlots(view, m_passes.maxRxSlot());
         if (found.code == code::ok)
             assignSlots(view, found.slotsGiven);
+        else
+            m_passes.leaveUnresolved(port, found.slotsGiven);
         return found.code;
     }
 

@@ -2,6 +2,7 @@
 
 #include "planner/PlanningLog.h"
 #include "planner/passes/PortCopies.h"
+#include "planner/passes/PortSlots.h"
 #include "planner/search/LaterWindows.h"
 #include "planner/search/SlotTable.h"
 
@@ -247,27 +248,6 @@ private:
     qint32 m_slot = 0;
 };
 
-void fix(Hop& hop, qint32 slot)
-{
-    hop.slot = static_cast<quint32>(slot);
-    hop.window = {slot, slot};
-}
-
-// A talker has one slot on all paths; a switch takes its slot along to the later paths.
-void fixOtherPaths(const PortView& port, const PortEntry& entry, qint32 slot)
-{
-    WindowBoard& board = port.board;
-    const PathIndex end = board.firstPath(entry.instance.plus(1));
-    for (PathIndex index = entry.path.plus(1); index != end; ++index) {
-        const BoardPath& path = board.path(index);
-        const HopIndex sender = board.findSwitch(path, port.port);
-        if (!entry.isSwitch && board.hop(path.talker).port == port.port)
-            fix(board.hop(path.talker), slot);
-        if (entry.isSwitch && sender != path.listener())
-            fix(board.hop(sender), slot);
-    }
-}
-
 } // namespace
 
 qint32 conflictResolve(TTPlanner& planner, quint16 nodeID, quint16 outport)
@@ -292,17 +272,6 @@ PortSlots findSlots(const PortView& port, qint32 maxRxSlot)
         found.slotsGiven.push_back(search.slot());
     }
     return found;
-}
-
-void assignSlots(const PortView& port, const std::vector<qint32>& slotsGiven)
-{
-    auto entry = port.entries.begin();
-    for (const qint32 slot : slotsGiven) {
-        fix(port.board.hop(entry->hop), slot);
-        if (!entry->meetsOnce)
-            fixOtherPaths(port, *entry, slot);
-        ++entry;
-    }
 }
 
 } // namespace planner

@@ -23,7 +23,4 @@ struct PortSlots {
 /// Finds the slots and changes nothing; the table of slots reaches to maxRxSlot.
 PortSlots findSlots(const PortView& port, qint32 maxRxSlot);
 
-/// Collapses the windows at the port to these slots.
-void assignSlots(const PortView& port, const std::vector<qint32>& slotsGiven);
-
 } // namespace planner

@@ -21,7 +21,8 @@ qint32 TTPlanning(TTPlanner& planner, const StageListener& listener);
 /// Groups the master list by port and runs degree passes until no port has a conflict.
 ///
 /// Reads no document and writes none. Returns code::ok, or code::refused when a resolution failed
-/// or would not end; the lists are then as the last successful pass has left them.
+/// or would not end; the lists are then as the last successful pass has left them, but for the
+/// copies at the port that failed, which keep the slots that were found.
 qint32 resolveConflicts(TTPlanner& planner, const StageListener& listener = {});
 
 /// What the stage does between reading and writing, on the instances of the master list.

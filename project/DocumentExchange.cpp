@@ -9,7 +9,7 @@
 // An earlier copy stays, since copying does not overwrite.
 static void copyInto(const QDir& target, const QString& folder, const QString& source)
 {
-    if (QFile::exists(source))
+    if (QFileInfo(source).isFile()) // a pipe would never end
         QFile::copy(source,
                     target.filePath(folder + QLatin1Char('/') + QFileInfo(source).fileName()));
 }

@@ -47,7 +47,8 @@ void replaceDocument(const QString& document, const QString& file)
     const QString source = QFileInfo(file).canonicalFilePath();
     if (isLink || QFile::exists(document))
         QFile::remove(document);
-    if (QFile::exists(source) && QFile::copy(source, document)) {
+    // Copying a pipe would wait for somebody to fill it.
+    if (QFileInfo(source).isFile() && QFile::copy(source, document)) {
         const QFile::Permissions mayWrite = QFile::WriteOwner | QFile::WriteUser;
         QFile::setPermissions(document, QFile::permissions(document) | mayWrite);
     }

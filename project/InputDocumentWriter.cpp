@@ -4,6 +4,8 @@
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
 
+#include <tinyxml2.h>
+
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;

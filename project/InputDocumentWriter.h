@@ -3,10 +3,13 @@
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
 
-#include <tinyxml2.h>
-
 class Arrow;
 class DiagramItem;
+namespace tinyxml2
+{
+class XMLDocument;
+class XMLElement;
+} // namespace tinyxml2
 
 // Writes the drawn model as the input document of the planner. Texts go in as the user typed them:
 // what does not fit is the planner's to reject.

@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <sys/stat.h>
+
 // The new file stands beside the old one for a moment, under its name and a few letters more.
 static constexpr int longestName = 255; // bytes
 static constexpr int addedToName = 7;
@@ -13,10 +15,18 @@ static bool leavesRoomForASecondFile(const QFileInfo& file)
     return regular && QFile::encodeName(file.fileName()).size() + addedToName <= longestName;
 }
 
+// Opening a pipe would wait until somebody reads it.
+static bool isPipe(const QString& path)
+{
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 static bool writeStraight(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+    return !isPipe(path) && file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() &&
+           file.flush();
 }
 
 // Committing overlooks what fails when the last bytes leave the buffer, so they are sent before.

@@ -1,5 +1,8 @@
 #include "planner/passes/Passes.h"
 
+#include "planner/passes/PortCopies.h"
+#include "planner/passes/PortSlots.h"
+
 #include <algorithm>
 
 namespace planner
@@ -19,6 +22,12 @@ Passes::~Passes()
 {
     giveBackWindows();
     m_planner.nodeList = nodesOf(m_groups, m_planner.TTStreamInstanceList);
+    giveBackDegrees();
+    giveBackUnresolved();
+}
+
+void Passes::giveBackDegrees()
+{
     PortIndex port;
     for (Node& node : m_planner.nodeList) {
         for (NodeOutport& outport : node.outports) {
@@ -26,6 +35,21 @@ Passes::~Passes()
             ++port;
         }
     }
+}
+
+void Passes::giveBackUnresolved()
+{
+    if (m_unresolved.maxDegree == 0)
+        return;
+    PortCopies copies(m_planner.nodeList, m_unresolved.nodeID, m_unresolved.outport);
+    assignSlots(copies.view(), m_slotsGiven);
+    copies.giveBack();
+}
+
+void Passes::leaveUnresolved(const WorstPort& port, const std::vector<qint32>& slotsGiven)
+{
+    m_unresolved = port;
+    m_slotsGiven = slotsGiven;
 }
 
 void Passes::begin()

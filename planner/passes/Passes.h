@@ -36,6 +36,11 @@ public:
     /// A port that measure() has returned; valid until the next renew().
     PortView view(const WorstPort& port);
 
+    /// Ends the passes at a port where a resolution found only these slots, in the port's order.
+    ///
+    /// They show in the copies of nodeList at that port and nowhere else.
+    void leaveUnresolved(const WorstPort& port, const std::vector<qint32>& slotsGiven);
+
     /// Calls revise(instance) for each instance at the port, and follows up what has changed.
     template <typename Revise>
     void reviseEach(const PortView& port, const Revise& revise);
@@ -56,6 +61,8 @@ private:
     void remember(InstanceIndex instance);
     void touchChanged(InstanceIndex instance);
     void giveBackWindows();
+    void giveBackDegrees();
+    void giveBackUnresolved();
 
     TTPlanner& m_planner;
     PortGroups m_groups;
@@ -64,6 +71,8 @@ private:
     RepetitionWatch m_watch;
     std::vector<InstanceIndex> m_revised; ///< by the present pass
     std::vector<Hop> m_before;            ///< the hops of an instance ahead of its revision
+    WorstPort m_unresolved;               ///< degree 0 unless a resolution has failed
+    std::vector<qint32> m_slotsGiven;     ///< there
     bool m_isOutdated = false; ///< whether records were overwritten that may lead over other ports
 };
 

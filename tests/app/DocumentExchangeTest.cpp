@@ -8,6 +8,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QDockWidget>
@@ -16,12 +17,9 @@
 #include <QPointer>
 #include <QTableWidget>
 
-// Importing a schedule from elsewhere and exporting the studio's own, through menu and dialogs.
+#include <sys/stat.h>
 
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+// Importing a schedule from elsewhere and exporting the studio's own, through menu and dialogs.
 
 /// One host and one switch; the schedule of one transmission between them.
 static QByteArray inputDocument(const char* hostName)
@@ -433,6 +431,18 @@ private slots:
         QCOMPARE(readFile(ownInput()), inputDocument("given"));
         exchange.studio.probe.generateInput();
         QCOMPARE(readFile(exchange.givenInput), inputDocument("given"));
+    }
+
+    void pipeGivesNoDocumentAndNobodyWaitsForIt()
+    {
+        ExchangeStudio exchange;
+        const QString pipe = exchange.folder.path(u("given/pipe/vek_input.xml"));
+        QVERIFY(QDir().mkpath(exchange.folder.path(u("given/pipe"))));
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        exchange.import(pipe, exchange.givenOutput);
+        QVERIFY(!QFile::exists(exchange.folder.path(u("ResourceXML/vek_input.xml"))));
+        QCOMPARE(readFile(exchange.folder.path(u("OutputXML/vek_output.xml"))),
+                 readFile(exchange.givenOutput));
     }
 
     void linkThatLeadsNowhereIsReplacedByACopy()

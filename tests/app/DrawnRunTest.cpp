@@ -7,17 +7,13 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QTableWidget>
 
 // From the empty canvas to the documents: what is drawn, what is written, what is planned.
 //
 // With ROTUNDA_RECORD_CASES set the documents of a run become the expected ones.
-
-static QStringList words(const char* names)
-{
-    return QString::fromUtf8(names).split(QLatin1Char(' '));
-}
 
 static QByteArray inputDocument()
 {

@@ -10,15 +10,11 @@
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QTableWidget>
 
 // Enter in a form does what the moment asks for, and never loses what was typed.
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 template <typename Form>
 static Form* activeForm(Form* form)

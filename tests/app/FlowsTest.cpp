@@ -5,17 +5,13 @@
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/Text.h"
 
 #include <QDockWidget>
 #include <QMessageBox>
 #include <QTableWidget>
 
 // The flow editor with its dialog for listeners, and the table of flows.
-
-static QStringList path(const char* names)
-{
-    return QString::fromUtf8(names).split(QLatin1Char(' '));
-}
 
 static QString caption()
 {
@@ -27,8 +23,8 @@ struct StudioWithLinks : Studio {
     StudioWithLinks()
     {
         drawSmallNetwork();
-        defineVLine("1", {path("A S1 S2 B"), path("A S1 S2 C")});
-        defineVLine("2", {path("B S2 C")});
+        defineVLine("1", {words("A S1 S2 B"), words("A S1 S2 C")});
+        defineVLine("2", {words("B S2 C")});
     }
 };
 
@@ -69,7 +65,7 @@ private slots:
         QVERIFY(form->isVisible());
         QCOMPARE(lineEdit(form, "lineEdit_flowId")->text(), QStringLiteral("1"));
         // The second listener's window may stay empty.
-        studio.fillReceiveWindow(form, path("400 3000"));
+        studio.fillReceiveWindow(form, words("400 3000"));
         clickButton(form, "confirmButton");
         QVERIFY(!studio.probe.flowEditorForm());
         const FlowInfo flow = studio.probe.flowInfoList().first();
@@ -97,7 +93,7 @@ private slots:
     {
         StudioWithLinks studio;
         FlowEditorForm* form = studio.openFlowEditor();
-        studio.fillReceiveWindow(form, path("400 3000"));
+        studio.fillReceiveWindow(form, words("400 3000"));
         comboBox(form, "comboBox_vLineId")->setCurrentText(QStringLiteral("2"));
         comboBox(form, "comboBox_vLineId")->setCurrentText(QStringLiteral("1"));
         clickButton(form, "addDstButton");
@@ -109,7 +105,7 @@ private slots:
     void firstOfTwoVirtualLinksWithOneIdentifierCounts()
     {
         StudioWithLinks studio;
-        studio.defineVLine("2", {path("A S1 S2 C")});
+        studio.defineVLine("2", {words("A S1 S2 C")});
         FlowEditorForm* form = studio.openFlowEditor();
         comboBox(form, "comboBox_vLineId")->setCurrentIndex(2);
         QCOMPARE(lineEdit(form, "lineEdit_srcNode")->text(), QStringLiteral("B"));
@@ -119,7 +115,7 @@ private slots:
     {
         StudioWithLinks studio;
         FlowEditorForm* form = studio.openFlowEditor();
-        studio.fillReceiveWindow(form, path("400 3000"));
+        studio.fillReceiveWindow(form, words("400 3000"));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         clickButton(form, "addDstButton");
         QPointer<AddDstNodeForm> listener = form->findChildren<AddDstNodeForm*>().last();
@@ -138,8 +134,8 @@ private slots:
     void rowShowsTheTextsOfTheFlow()
     {
         StudioWithLinks studio;
-        studio.defineFlow("RC", "7", "10000", "1", path("0 1000"),
-                          {path("400 3000"), path("600 3000")});
+        studio.defineFlow("RC", "7", "10000", "1", words("0 1000"),
+                          {words("400 3000"), words("600 3000")});
         QTableWidget* table = studio.probe.flowTable();
         QStringList texts;
         for (int column = 0; column < 7; ++column) {
@@ -147,7 +143,7 @@ private slots:
             QCOMPARE(table->item(0, column)->textAlignment(),
                      int(Qt::AlignHCenter | Qt::AlignVCenter));
         }
-        QCOMPARE(texts, path("1 RC 7 10000 64 1 {A,[0,1000]}"));
+        QCOMPARE(texts, words("1 RC 7 10000 64 1 {A,[0,1000]}"));
         auto* listeners = qobject_cast<QComboBox*>(table->cellWidget(0, 7));
         QCOMPARE(listeners->itemText(0), QStringLiteral("{B,[400,3000]}"));
         QCOMPARE(listeners->itemText(1), QStringLiteral("{C,[600,3000]}"));
@@ -157,7 +153,7 @@ private slots:
     {
         StudioWithLinks studio;
         for (int i = 0; i < 3; ++i)
-            studio.defineFlow("TT", "7", "10000", "2", path("0 1000"), {path("400 3000")});
+            studio.defineFlow("TT", "7", "10000", "2", words("0 1000"), {words("400 3000")});
         QTableWidget* table = studio.probe.flowTable();
         QCOMPARE(table->rowCount(), 3);
         table->setRangeSelected(QTableWidgetSelectionRange(0, 0, 1, 7), true);

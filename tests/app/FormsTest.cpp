@@ -9,17 +9,13 @@
 #include "tests/app/Studio.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/Text.h"
 
 #include <QLabel>
 #include <QTableWidget>
 #include <QTextBrowser>
 
 // How the forms for virtual links and flows stand: names, captions, what can be typed in, modality.
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// What a user can see or change about a widget; empty for a widget of another kind.
 static QString described(const QWidget* widget)

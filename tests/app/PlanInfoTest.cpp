@@ -136,6 +136,34 @@ private slots:
         QCOMPARE(studio.sendTable()->columnCount(), 101);
     }
 
+    void emptyScheduleAfterAFullOneShowsNothingOfIt()
+    {
+        PlannedStudio studio;
+        studio.plan("avionics-line");
+        studio.clickPlanInfo();
+        QVERIFY(studio.sendTable()->horizontalHeaderItem(1));
+        writeFile(QStringLiteral("OutputXML/vek_output.xml"), "<vek_output><flows/></vek_output>");
+        QMetaObject::invokeMethod(&studio.window, "parse_vek_output");
+        QMetaObject::invokeMethod(&studio.window, "updateNodeInfo");
+        QCOMPARE(studio.nodes()->count(), 0);
+        QCOMPARE(studio.sendTable()->rowCount(), 0);
+        QVERIFY(!studio.sendTable()->horizontalHeaderItem(1));
+        QCOMPARE(studio.cards("flowListWindow_send")->rowCount(), 0);
+    }
+
+    void statusBarTellsWhatImportAndExportDo()
+    {
+        PlannedStudio studio;
+        studio.clickPlanInfo();
+        QStringList tips;
+        for (const QAction* action : studio.probe.planInfoDock()->findChildren<QAction*>()) {
+            if (!action->statusTip().isEmpty())
+                tips.append(action->text() + QStringLiteral(": ") + action->statusTip());
+        }
+        QCOMPARE(tips,
+                 (QStringList{QStringLiteral(u"导入: 导入xml"), QStringLiteral(u"导出: 导出xml")}));
+    }
+
     void slotsBeyondTheCycleHaveCardsButNoCells()
     {
         PlannedStudio studio;

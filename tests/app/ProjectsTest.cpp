@@ -8,6 +8,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QDockWidget>
@@ -17,6 +18,7 @@
 
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -24,11 +26,6 @@
 #include <csignal>
 
 // Saving and opening projects through the file menu and its dialogs.
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 static QStringList namesFromTheTop(Editor& editor)
 {
@@ -205,6 +202,28 @@ private slots:
         QCOMPARE(project.studio.editor.nodes().size(), 5);
         QVERIFY(!project.studio.probe.vLineDock());
         QVERIFY(!project.studio.probe.flowDock());
+    }
+
+    void pipeOrDeviceAsProjectIsRefusedWithoutAWord_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("pipe") << QString();
+        QTest::newRow("device without end") << u("/dev/zero");
+    }
+
+    void pipeOrDeviceAsProjectIsRefusedWithoutAWord()
+    {
+        QFETCH(QString, target);
+        ProjectStudio project;
+        project.studio.drawSmallNetwork();
+        const QString path = project.folder.path(u("other.rotpro"));
+        if (target.isEmpty())
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        else
+            QVERIFY(QFile::link(target, path));
+        project.studio.openProject(path);
+        QCOMPARE(project.studio.editor.nodes().size(), 5);
+        QVERIFY(!project.studio.probe.vLineDock());
     }
 
     void dockThatIsOpenAlreadyGetsTheOtherBesideIt()

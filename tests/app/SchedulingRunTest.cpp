@@ -137,6 +137,30 @@ private slots:
         QVERIFY(probe().statusBar()->findChildren<QTimer*>().isEmpty());
     }
 
+    void statusTextsCanBeSeenBeforeTheNextStage()
+    {
+        static QStringList order;
+        order.clear();
+        probe().replaceFirstStage([](planner::PlanningContext&) {
+            order.append(QStringLiteral("first stage"));
+            return 0;
+        });
+        probe().replaceSecondStage([](planner::TTPlanner&) {
+            order.append(QStringLiteral("second stage"));
+            return -3;
+        });
+        // What was posted with a text is delivered when the window may paint it.
+        connect(
+            probe().statusBar(), &QStatusBar::messageChanged, this,
+            [](const QString& text) { order.append(text); }, Qt::QueuedConnection);
+        runOn("ring");
+        QCOMPARE(order,
+                 (QStringList{QStringLiteral(u"调度算法预处理中..."), QStringLiteral("first stage"),
+                              QStringLiteral(u"调度算法预处理完毕"),
+                              QStringLiteral(u"调度算法规划中..."), QStringLiteral("second stage"),
+                              QStringLiteral(u"调度算法规划完毕")}));
+    }
+
     void unreasonableWindowEndsTheRunAfterTheFirstStage()
     {
         runOn("avionics-line");

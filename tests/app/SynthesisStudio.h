@@ -4,6 +4,7 @@
 
 #include "tests/app/PlannedStudio.h"
 #include "tests/support/Documents.h"
+#include "tests/support/Text.h"
 #include "tests/support/ViewMenus.h"
 
 #include <QLabel>
@@ -107,11 +108,8 @@ struct SynthesisStudio : PlannedStudio {
     void drawNetwork()
     {
         drawSmallNetwork();
-        const auto path = [](const char* names) {
-            return QString::fromUtf8(names).split(QLatin1Char(' '));
-        };
-        defineVLine("1", {path("A S1 S2 B"), path("A S1 S2 C")});
-        defineVLine("2", {path("C S2 B")});
+        defineVLine("1", {words("A S1 S2 B"), words("A S1 S2 C")});
+        defineVLine("2", {words("C S2 B")});
     }
 
     /// A flow of 10,000 us; the listeners' windows are those of B and, on virtual link 1, of C.

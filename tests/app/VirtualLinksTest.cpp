@@ -8,6 +8,7 @@
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Text.h"
 
 #include <QDockWidget>
 #include <QHeaderView>
@@ -31,11 +32,6 @@ static QStringList headers(const QTableWidget* table)
     for (int column = 0; column < table->columnCount(); ++column)
         texts.append(table->horizontalHeaderItem(column)->text());
     return texts;
-}
-
-static QStringList path(const char* names)
-{
-    return QString::fromUtf8(names).split(QLatin1Char(' '));
 }
 
 class VirtualLinksTest : public QObject
@@ -104,10 +100,10 @@ private slots:
             QCOMPARE(table->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
         }
         QCOMPARE(studio.probe.flowDock()->windowTitle(), QStringLiteral(u"流量配置"));
-        QCOMPARE(headers(studio.probe.vLineTable()), path("序号 虚链路id 虚链路信息 交换机跳数"));
+        QCOMPARE(headers(studio.probe.vLineTable()), words("序号 虚链路id 虚链路信息 交换机跳数"));
         QCOMPARE(
             headers(studio.probe.flowTable()),
-            path("序号 流类型 流标识 周期(us) 消息长度(字节) 虚链路ID 发送窗口(us) 接收窗口(us)"));
+            words("序号 流类型 流标识 周期(us) 消息长度(字节) 虚链路ID 发送窗口(us) 接收窗口(us)"));
     }
 
     // ---- Editing
@@ -159,7 +155,7 @@ private slots:
         AddVLineForm* pathForm = studio.openPath(studio.openVLineEditor());
         QCOMPARE(lineEdit(pathForm, "lineEdit_vLineInfo")->text(), QStringLiteral("{}"));
         VLineNodeSelectForm* choice = studio.openNodeChoice(pathForm);
-        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), path("A B C"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), words("A B C"));
     }
 
     void nextNodeIsANeighbourInTheOrderOfItsLinks()
@@ -169,11 +165,11 @@ private slots:
         AddVLineForm* pathForm = studio.openPath(studio.openVLineEditor());
         pathForm->rcvItem(studio.node("A"));
         VLineNodeSelectForm* choice = studio.openNodeChoice(pathForm);
-        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), path("S1"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), words("S1"));
         clickButton(choice, "confirmButton");
         pathForm->rcvItem(studio.node("S2"));
         choice = studio.openNodeChoice(pathForm);
-        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), path("B C"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), words("B C"));
         QCOMPARE(lineEdit(pathForm, "lineEdit_vLineInfo")->text(), QStringLiteral("{A->S1->S2}"));
     }
 
@@ -200,12 +196,12 @@ private slots:
         Studio studio;
         studio.drawSmallNetwork();
         VLineEditorForm* form = studio.openVLineEditor();
-        studio.addPath(form, path("A S1 S2 B"));
+        studio.addPath(form, words("A S1 S2 B"));
         AddVLineForm* pathForm = studio.openPath(form);
         QCOMPARE(lineEdit(pathForm, "lineEdit_vLineInfo")->text(), QStringLiteral("{A}"));
         clickButton(pathForm, "delNodeButton");
         VLineNodeSelectForm* choice = studio.openNodeChoice(pathForm);
-        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), path("S1"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), words("S1"));
     }
 
     void pathsAreListedAndTheCurrentOneIsDeleted()
@@ -213,8 +209,8 @@ private slots:
         Studio studio;
         studio.drawSmallNetwork();
         VLineEditorForm* form = studio.openVLineEditor();
-        studio.addPath(form, path("A S1 S2 B"));
-        studio.addPath(form, path("A S1 S2 C"));
+        studio.addPath(form, words("A S1 S2 B"));
+        studio.addPath(form, words("A S1 S2 C"));
         QComboBox* list = comboBox(form, "comboBox_VLineInfo");
         QCOMPARE(entries(list),
                  (QStringList{QStringLiteral("{A->S1->S2->B}"), QStringLiteral("{A->S1->S2->C}")}));
@@ -253,8 +249,8 @@ private slots:
     {
         Studio studio;
         studio.drawSmallNetwork();
-        studio.defineVLine("7", {path("A S1 S2"), path("A S1 S2 B")});
-        studio.defineVLine("8", {path("A S1 S2")});
+        studio.defineVLine("7", {words("A S1 S2"), words("A S1 S2 B")});
+        studio.defineVLine("8", {words("A S1 S2")});
         QTableWidget* table = studio.probe.vLineTable();
         QCOMPARE(table->item(0, 0)->text(), QStringLiteral("1"));
         QCOMPARE(table->item(0, 1)->text(), QStringLiteral("7"));
@@ -291,8 +287,8 @@ private slots:
         QTableWidget* table = studio.probe.vLineTable();
         table->selectRow(0);
         clickDelete(studio);
-        QCOMPARE(columnTexts(table, 0), path("1 2"));
-        QCOMPARE(columnTexts(table, 1), path("id1 id2"));
+        QCOMPARE(columnTexts(table, 0), words("1 2"));
+        QCOMPARE(columnTexts(table, 1), words("id1 id2"));
         QCOMPARE(studio.probe.vLineInfoList().first().vLineId, QStringLiteral("id1"));
     }
 
@@ -306,8 +302,8 @@ private slots:
         QCOMPARE(table->selectedRanges().size(), 2);
         clickDelete(studio);
         // Row 3 is taken out after row 0 is gone, so id4 goes in place of id3.
-        QCOMPARE(columnTexts(table, 1), path("id1 id2 id3 id5"));
-        QCOMPARE(columnTexts(table, 0), path("1 2 3 4"));
+        QCOMPARE(columnTexts(table, 1), words("id1 id2 id3 id5"));
+        QCOMPARE(columnTexts(table, 0), words("1 2 3 4"));
         QStringList kept;
         for (const VLineInfo& vLine : studio.probe.vLineInfoList())
             kept.append(vLine.vLineId);
@@ -340,8 +336,8 @@ private slots:
     {
         Studio studio;
         studio.drawSmallNetwork();
-        studio.defineVLine("1", {path("A S1 S2 B"), path("A S1 S2 C")});
-        studio.defineVLine("2", {path("B S2 C"), path("B S2 S1")});
+        studio.defineVLine("1", {words("A S1 S2 B"), words("A S1 S2 C")});
+        studio.defineVLine("2", {words("B S2 C"), words("B S2 S1")});
         QTableWidget* table = studio.probe.vLineTable();
         auto* secondRow = qobject_cast<QComboBox*>(table->cellWidget(1, 2));
         emit secondRow->activated(1);
@@ -370,13 +366,13 @@ private slots:
     {
         Studio studio;
         studio.drawSmallNetwork();
-        studio.defineVLine("1", {path("A S1 S2 B")});
+        studio.defineVLine("1", {words("A S1 S2 B")});
         VLineEditorForm* form = studio.openVLineEditor();
-        studio.addPath(form, path("A S1 S2 C"));
+        studio.addPath(form, words("A S1 S2 C"));
         AddVLineForm* pathForm = studio.openPath(form);
         pathForm->rcvItem(studio.node("S1"));
         VLineNodeSelectForm* choice = studio.openNodeChoice(pathForm);
-        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), path("S2"));
+        QCOMPARE(entries(comboBox(choice, "comboBox_vLineNode")), words("S2"));
         DiagramItem* gone = studio.node("S2");
         studio.editor.scene()->clearSelection();
         gone->setSelected(true);
@@ -416,7 +412,7 @@ private slots:
         FileNodeInfo record;
         record.nodeName = QStringLiteral("A");
         studio.editor.scene()->buildByProjectFile({record}, {});
-        studio.probe.addVLinesOfProject({{QStringLiteral("9"), {path("A nobody")}}});
+        studio.probe.addVLinesOfProject({{QStringLiteral("9"), {words("A nobody")}}});
         QVERIFY(studio.probe.vLineDock()->isVisible());
         QCOMPARE(studio.probe.vLineTable()->rowCount(), 1);
         const VLineItems items = studio.probe.vLineInfoList().first().vLinePaths.first();

@@ -2,15 +2,11 @@
 
 #include "planner/ConflictAnalysis.h"
 
+#include "tests/planner/Windows.h"
+
 #include <vector>
 
 // Instances for tests of the second stage, made without a document.
-
-/// Windows written as in documents: start first.
-inline planner::SlotWindow window(qint32 start, qint32 end)
-{
-    return {end, start};
-}
 
 /// Groups the master list into nodeList, as a run does ahead of its passes.
 inline void group(planner::TTPlanner& planner)

@@ -2,6 +2,7 @@
 #include "planner/IntermediateDocument.h"
 
 #include "tests/planner/InputText.h"
+#include "tests/planner/Windows.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -28,11 +29,6 @@ static void addFlow(InputText& input, int id, const char* period, const char* tx
 static QString hsFile()
 {
     return QStringLiteral("OutputXML/vek_hs.xml");
-}
-
-static SlotWindow window(qint32 start, qint32 end)
-{
-    return {end, start};
 }
 
 /// A context with one flow of one path over the given number of switches.

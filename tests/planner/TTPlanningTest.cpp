@@ -4,6 +4,7 @@
 #include "planner/passes/PortGroups.h"
 #include "planner/passes/RepetitionWatch.h"
 
+#include "tests/planner/Windows.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -16,11 +17,6 @@ using namespace planner;
 static QString outputFile()
 {
     return QStringLiteral("OutputXML/vek_output.xml");
-}
-
-static SlotWindow window(qint32 start, qint32 end)
-{
-    return {end, start};
 }
 
 /// A path from talker 1 over switch 11 to a listener.

@@ -1,5 +1,6 @@
 #include "planner/search/WindowSort.h"
 
+#include <QCryptographicHash>
 #include <QtTest>
 
 #include <algorithm>
@@ -47,6 +48,15 @@ static bool sortsLikeLibrary(const Windows& windows)
     return own == expected;
 }
 
+/// The ends of the windows, which tell them apart.
+static QByteArray orderOf(const Windows& windows)
+{
+    QByteArrayList ends;
+    for (const SlotWindow& window : windows)
+        ends.append(QByteArray::number(window.end));
+    return ends.join(' ');
+}
+
 class WindowSortTest : public QObject
 {
     Q_OBJECT
@@ -75,6 +85,42 @@ private slots:
     {
         for (qint32 length : {40, 64, 100, 1000, 1001, 5000, 20000})
             QVERIFY(sortsLikeLibrary(medianKiller(length)));
+    }
+
+    // What another platform's library would sort in another way still has to come out like this.
+    void knownVectorsComeOutInTheKnownOrder_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<int>("distinct");
+        QTest::addColumn<QByteArray>("digest");
+        QTest::newRow("17 windows, 3 starts") << 17 << 3 << QByteArray("a85c6ef25bdff7e6");
+        QTest::newRow("40 windows, 5 starts") << 40 << 5 << QByteArray("d6f5f39be287371c");
+        QTest::newRow("1000 windows, 30 starts") << 1000 << 30 << QByteArray("5dcfeffb4f9af22c");
+        QTest::newRow("median killer") << 5000 << 0 << QByteArray("beac8cf12d93b819");
+    }
+
+    void knownVectorsComeOutInTheKnownOrder()
+    {
+        QFETCH(int, length);
+        QFETCH(int, distinct);
+        QFETCH(QByteArray, digest);
+        std::mt19937 random(11);
+        Windows windows = distinct == 0 ? medianKiller(length)
+                                        : randomWindows(random, static_cast<size_t>(length),
+                                                        static_cast<quint32>(distinct));
+        sortWindowsByStart(windows);
+        QCOMPARE(
+            QCryptographicHash::hash(orderOf(windows), QCryptographicHash::Sha256).toHex().left(16),
+            digest);
+    }
+
+    void equalStartsChangePlacesBeyondSixteenWindows()
+    {
+        Windows windows;
+        for (qint32 end = 0; end < 20; ++end)
+            windows.push_back({end, end % 2});
+        sortWindowsByStart(windows);
+        QCOMPARE(orderOf(windows), QByteArray("0 2 18 4 6 16 8 10 14 12 19 17 15 13 11 9 7 5 3 1"));
     }
 
     void sixteenOrFewerStayStable()

@@ -1,4 +1,5 @@
 #include "tests/project/ProjectBytes.h"
+#include "tests/support/Text.h"
 
 #include <QBuffer>
 
@@ -114,11 +115,6 @@ QByteArray written(const Project& project)
     buffer.open(QIODevice::WriteOnly);
     writeProject(buffer, project);
     return buffer.data();
-}
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
 }
 
 Project smallProject()

@@ -2,12 +2,14 @@
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QtTest>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -57,11 +59,6 @@ private:
 static QStringList filesIn(const QString& folder)
 {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
-}
-
-static QString u(const char* text)
-{
-    return QString::fromUtf8(text);
 }
 
 class WholeFileTest : public QObject
@@ -159,6 +156,15 @@ private slots:
         QVERIFY(replaceWhole(path, "new"));
         const QFileInfo device(path);
         QVERIFY(device.isSymLink() && device.exists() && !device.isFile());
+    }
+
+    void pipeIsRefusedWithoutWaitingForAReader()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(u("pipe"));
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        QVERIFY(!replaceWhole(path, "new"));
+        QVERIFY(QFileInfo::exists(path) && !QFileInfo(path).isFile());
     }
 
     void folderIsNoFile()

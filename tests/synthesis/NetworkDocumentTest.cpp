@@ -1,6 +1,7 @@
 #include "planner/InputDocument.h"
 
 #include "tests/support/RandomSource.h"
+#include "tests/support/Text.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/TestNetwork.h"
 
@@ -10,19 +11,9 @@
 
 using namespace synthesis;
 
-static QStringList path(const char* names)
-{
-    return QString::fromLatin1(names).split(QLatin1Char(','));
-}
-
-static QString window(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 static DraftFlow& addPlain(TestNetwork& network)
 {
-    return network.addFlow(path("A,S,T,Z"), 4000, window("[0,4000]"), window("[0,4000]"));
+    return network.addFlow(words("A S T Z"), 4000, u("[0,4000]"), u("[0,4000]"));
 }
 
 static QStringList named(const TestNetwork& network)
@@ -98,7 +89,7 @@ private slots:
     {
         TestNetwork network;
         addPlain(network);
-        network.addFlow(path("A,S,Y"), 4000, window("[0,4000]"), window("[0,4000]"));
+        network.addFlow(words("A S Y"), 4000, u("[0,4000]"), u("[0,4000]"));
         network.draft.nodes.back().buffernum = 0;
         QCOMPARE(named(network).join(QStringLiteral(", ")),
                  QStringLiteral("0 no buffers, 1 no buffers"));
@@ -159,8 +150,8 @@ private slots:
     {
         TestNetwork network;
         addPlain(network).type = QStringLiteral("\"RC\"");
-        network.addFlow(path("A,S,T,Z"), 4000, window("[150,4000]"), window("[0,1250]"));
-        network.addListener(path("A,S,Y"), window("[0,1040]"));
+        network.addFlow(words("A S T Z"), 4000, u("[150,4000]"), u("[0,1250]"));
+        network.addListener(words("A S Y"), u("[0,1040]"));
         const ParsedNetwork read = parsed(documentOf(network.draft));
         const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
         const auto flows = narrowedWindows(*read.document, read.network, plan);
@@ -179,7 +170,7 @@ private slots:
         TestNetwork network;
         addPlain(network);
         network.draft.flows.back().listeners.insert(network.draft.flows.back().listeners.begin(),
-                                                    {QStringLiteral("Z"), window("[7,8]")});
+                                                    {QStringLiteral("Z"), u("[7,8]")});
         const ParsedNetwork read = parsed(documentOf(network.draft));
         const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
         const auto flows = narrowedWindows(*read.document, read.network, plan);
@@ -192,7 +183,7 @@ private slots:
         TestNetwork network;
         addPlain(network).type = QStringLiteral("\"RC\"");
         addPlain(network);
-        network.addFlow(path("B,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        network.addFlow(words("B S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
         const ParsedNetwork read = parsed(documentOf(network.draft));
         tinyxml2::XMLPrinter printer;
         read.document->Print(&printer);
@@ -215,7 +206,7 @@ private slots:
         tinyxml2::XMLPrinter again;
         read.document->Print(&again);
         QCOMPARE(QByteArray(again.CStr()), before);
-        QCOMPARE(boundsOf(window("[5,6]")).text(), window("[5,6]"));
+        QCOMPARE(boundsOf(u("[5,6]")).text(), u("[5,6]"));
     }
 };
 

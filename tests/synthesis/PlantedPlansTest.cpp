@@ -1,4 +1,6 @@
 #include "tests/support/RandomSource.h"
+#include "tests/support/SeedRange.h"
+#include "tests/support/Tally.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
@@ -6,16 +8,10 @@
 #include <QtTest>
 
 // Networks of many shapes that have a plan: what is found is proven by the engine and the verifier.
-//
-// ROTUNDA_PLANTED_NETWORKS sets their number, ROTUNDA_PLANTED_SEED the first seed.
+// An ordinary run takes shards of this test; PlantedShareTest looks at what they have found
+// together.
 
 using namespace synthesis;
-
-static quint64 environmentNumber(const char* name, quint64 preset)
-{
-    const QByteArray text = qgetenv(name);
-    return text.isEmpty() ? preset : text.toULongLong();
-}
 
 /// A few steps, so that what is hard costs the test little; far more than most networks need.
 static constexpr quint64 stepsPerNetwork = 8000000;
@@ -54,15 +50,7 @@ class PlantedPlansTest : public QObject
     Q_OBJECT
 
 private slots:
-    void everythingFoundIsPlannedWithoutConflictOrFault_data()
-    {
-        QTest::addColumn<quint64>("first");
-        QTest::addColumn<quint64>("count");
-        const quint64 block = 250;
-        for (quint64 done = 0; done < m_networks; done += block)
-            QTest::newRow(qPrintable(QStringLiteral("from seed %1").arg(m_firstSeed + done)))
-                << m_firstSeed + done << qMin(block, m_networks - done);
-    }
+    void everythingFoundIsPlannedWithoutConflictOrFault_data() { m_seeds.addBlocks(250); }
 
     void everythingFoundIsPlannedWithoutConflictOrFault()
     {
@@ -80,41 +68,32 @@ private slots:
             // A plan was planted, so nothing may be proven away.
             QVERIFY2(!std::holds_alternative<NoSlot>(outcome), qPrintable(QString::number(seed)));
             QVERIFY2(!std::holds_alternative<Overfull>(outcome), qPrintable(QString::number(seed)));
-            ++m_total;
+            note("networks");
             if (const auto* plan = std::get_if<Found>(&outcome)) {
-                ++m_found;
-                m_resolved += plan->restsOnResolution ? 1 : 0;
-                m_waiting += plan->waiting > 0 ? 1 : 0;
+                note("found");
+                note("by resolution", plan->restsOnResolution);
+                note("with waiting", plan->waiting > 0);
                 const QString fault = faultOf(network, *plan);
                 QVERIFY2(fault.isEmpty(),
                          qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(fault)));
             } else {
                 const auto& spent = std::get<BudgetSpent>(outcome);
                 QVERIFY(!spent.unplaced.empty());
-                m_noneWithoutOverlap += spent.noneWithoutOverlap ? 1 : 0;
+                note("without a plan that does not overlap", spent.noneWithoutOverlap);
             }
         }
     }
 
-    void nearlyAllAreFound()
-    {
-        qInfo("%d of %d found, %d with waiting, %d by resolution; of the others %d have no plan "
-              "without overlap",
-              m_found, m_total, m_waiting, m_resolved, m_noneWithoutOverlap);
-        if (m_networks < 1000)
-            QSKIP("too few networks for a share");
-        QVERIFY(m_found * 100 >= m_total * 90);
-        QVERIFY(m_waiting > 0);
-    }
+    void cleanupTestCase() { m_tally.save(); }
 
 private:
-    const quint64 m_networks = environmentNumber("ROTUNDA_PLANTED_NETWORKS", 2000);
-    const quint64 m_firstSeed = environmentNumber("ROTUNDA_PLANTED_SEED", 1);
-    int m_total = 0;
-    int m_found = 0;
-    int m_waiting = 0;
-    int m_resolved = 0;
-    int m_noneWithoutOverlap = 0;
+    void note(const char* what, bool isSo = true)
+    {
+        m_tally.add(QString::fromUtf8(what), isSo ? 1 : 0);
+    }
+
+    const SeedRange m_seeds = SeedRange::fromEnvironment(500);
+    Tally m_tally;
 };
 
 QTEST_GUILESS_MAIN(PlantedPlansTest)

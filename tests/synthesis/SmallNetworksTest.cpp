@@ -1,5 +1,6 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/SeedRange.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/ExhaustiveSearch.h"
@@ -10,12 +11,6 @@
 // Compares the search with one that tries everything, on networks of up to eight flows.
 
 using namespace synthesis;
-
-static quint64 networkCount()
-{
-    const QByteArray text = qgetenv("ROTUNDA_SMALL_NETWORKS");
-    return text.isEmpty() ? 1500 : text.toULongLong();
-}
 
 static PlantedStyle styleOf(RandomSource& random)
 {
@@ -78,7 +73,7 @@ private slots:
     void outcomeAgreesWithTryingEverything()
     {
         const TemporaryFolder folder;
-        for (quint64 seed = 1; seed <= networkCount(); ++seed) {
+        for (quint64 seed = m_seeds.first; seed < m_seeds.end(); ++seed) {
             RandomSource random(seed);
             PlantedNetwork planted = plantedNetwork(styleOf(random), seed);
             if (planted.draft.flows.empty())
@@ -102,7 +97,7 @@ private slots:
         qInfo(
             "%d without overlap, %d by resolution, %d flows without a slot, %d intervals, %d open",
             m_found, m_resolved, m_noSlot, m_overfull, m_spent);
-        if (networkCount() < 1000)
+        if (m_seeds.count < 1000)
             QSKIP("too few networks for the rare outcomes");
         QVERIFY(m_found > 100);
         QVERIFY(m_resolved > 0);
@@ -140,6 +135,7 @@ private:
         return spent && spent->noneWithoutOverlap ? QString() : QStringLiteral("left open");
     }
 
+    const SeedRange m_seeds = SeedRange::fromEnvironment(1500);
     int m_found = 0;
     int m_resolved = 0;
     int m_noSlot = 0;

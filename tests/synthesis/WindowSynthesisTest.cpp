@@ -1,4 +1,5 @@
 #include "tests/support/LogCapture.h"
+#include "tests/support/Text.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
 #include "tests/synthesis/TestNetwork.h"
@@ -9,16 +10,6 @@
 
 using namespace synthesis;
 
-static QStringList path(const char* names)
-{
-    return QString::fromLatin1(names).split(QLatin1Char(','));
-}
-
-static QString window(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
 static Outcome search(const TestNetwork& network, const Options& options = {})
 {
     return synthesizeWindows(parsed(documentOf(network.draft)).network.context, options);
@@ -28,8 +19,8 @@ static Outcome search(const TestNetwork& network, const Options& options = {})
 static TestNetwork crowded()
 {
     TestNetwork network;
-    network.addFlow(path("A,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
-    network.addFlow(path("B,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
+    network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
+    network.addFlow(words("B S T Z"), 2000, u("[0,200]"), u("[0,600]"));
     return network;
 }
 
@@ -58,7 +49,7 @@ private slots:
     void aFlowAloneIsSentWithoutWaiting()
     {
         TestNetwork network;
-        network.addFlow(path("A,S,T,Z"), 2000, window("[400,2000]"), window("[0,4000]"));
+        network.addFlow(words("A S T Z"), 2000, u("[400,2000]"), u("[0,4000]"));
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.waiting, qint64(0));
         QVERIFY(!plan.restsOnResolution);
@@ -71,7 +62,7 @@ private slots:
     void aFrameWaitsWhereItsListenerIsNotReadyBefore()
     {
         TestNetwork network;
-        network.addFlow(path("A,S,T,Z"), 4000, window("[0,200]"), window("[1000,2000]"));
+        network.addFlow(words("A S T Z"), 4000, u("[0,200]"), u("[1000,2000]"));
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.flows.front().send.start, 0);
         QCOMPARE(plan.flows.front().receive.front().start, 5);
@@ -81,8 +72,8 @@ private slots:
     void twoFramesOfOneSlotGetTwo()
     {
         TestNetwork network = crowded();
-        network.draft.flows.back().txwin = window("[0,400]");
-        network.draft.flows.back().listeners.back().rxwin = window("[0,800]");
+        network.draft.flows.back().txwin = u("[0,400]");
+        network.draft.flows.back().listeners.back().rxwin = u("[0,800]");
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.flows[0].send.start, 0);
         QCOMPARE(plan.flows[1].send.start, 1);
@@ -92,8 +83,8 @@ private slots:
     {
         // Slot 10 of a cycle of ten slots is slot 0 again.
         TestNetwork network;
-        network.addFlow(path("A,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
-        network.addFlow(path("B,S,T,Z"), 2000, window("[2000,2200]"), window("[2000,2600]"));
+        network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
+        network.addFlow(words("B S T Z"), 2000, u("[2000,2200]"), u("[2000,2600]"));
         const auto proof = std::get<Overfull>(search(network));
         QCOMPARE(proof.flows, (std::vector<std::size_t>{0, 1}));
         QCOMPARE(proof.interval.start, 1);
@@ -104,11 +95,11 @@ private slots:
     {
         // Slot 2 lasts to 600 us, a cycle of 500 us repeats slot 0 from 500 us on.
         TestNetwork network;
-        network.addFlow(path("A,S,Y"), 500, window("[0,200]"), window("[0,400]"));
-        network.addFlow(path("A,S,Y"), 500, window("[400,600]"), window("[400,800]"));
+        network.addFlow(words("A S Y"), 500, u("[0,200]"), u("[0,400]"));
+        network.addFlow(words("A S Y"), 500, u("[400,600]"), u("[400,800]"));
         QVERIFY(!std::holds_alternative<Found>(search(network)));
-        network.draft.flows.back().txwin = window("[200,600]");
-        network.draft.flows.back().listeners.back().rxwin = window("[200,800]");
+        network.draft.flows.back().txwin = u("[200,600]");
+        network.draft.flows.back().listeners.back().rxwin = u("[200,800]");
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.flows.back().send.start, 1);
     }
@@ -116,8 +107,8 @@ private slots:
     void branchesShareTheirWay()
     {
         TestNetwork network;
-        network.addFlow(path("A,S,T,Z"), 2000, window("[0,2000]"), window("[0,2000]"));
-        network.addListener(path("A,S,Y"), window("[0,2000]"));
+        network.addFlow(words("A S T Z"), 2000, u("[0,2000]"), u("[0,2000]"));
+        network.addListener(words("A S Y"), u("[0,2000]"));
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.flows.front().receive[0].start, plan.flows.front().send.start + 2);
         QCOMPARE(plan.flows.front().receive[1].start, plan.flows.front().send.start + 1);
@@ -126,9 +117,9 @@ private slots:
     void aFlowWithoutASlotIsNamedWithItsListener()
     {
         TestNetwork network;
-        network.addFlow(path("B,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
-        network.addFlow(path("A,S,Y"), 4000, window("[1000,2000]"), window("[0,4000]"));
-        network.addListener(path("A,S,T,Z"), window("[0,1200]"));
+        network.addFlow(words("B S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        network.addFlow(words("A S Y"), 4000, u("[1000,2000]"), u("[0,4000]"));
+        network.addListener(words("A S T Z"), u("[0,1200]"));
         const auto proof = std::get<NoSlot>(search(network));
         QCOMPARE(proof.flow, std::size_t(1));
         QCOMPARE(proof.earliestPath, std::size_t(1));
@@ -141,8 +132,8 @@ private slots:
     void twoListenersThatCannotBothBeServedAreNamed()
     {
         TestNetwork network;
-        network.addFlow(path("A,S,Y"), 8000, window("[0,8000]"), window("[0,1000]"));
-        network.addListener(path("A,S,T,Z"), window("[4000,8000]"));
+        network.addFlow(words("A S Y"), 8000, u("[0,8000]"), u("[0,1000]"));
+        network.addListener(words("A S T Z"), u("[4000,8000]"));
         const auto proof = std::get<NoSlot>(search(network));
         QCOMPARE(proof.side, NoSlot::Send);
         QCOMPARE(proof.earliestPath, std::size_t(1));
@@ -164,8 +155,8 @@ private slots:
     void framesThatOnlyJustFitAreNoProof()
     {
         TestNetwork network = crowded();
-        network.draft.flows.back().txwin = window("[200,400]");
-        network.draft.flows.back().listeners.back().rxwin = window("[600,800]");
+        network.draft.flows.back().txwin = u("[200,400]");
+        network.draft.flows.back().listeners.back().rxwin = u("[600,800]");
         QVERIFY(std::holds_alternative<Found>(search(network)));
     }
 
@@ -181,9 +172,8 @@ private slots:
     {
         QFETCH(int, obstacle);
         TestNetwork network;
-        network.addFlow(path("A,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
-        DraftFlow& flow =
-            network.addFlow(path("B,S,T,Z"), 2000, window("[0,2000]"), window("[0,2000]"));
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        DraftFlow& flow = network.addFlow(words("B S T Z"), 2000, u("[0,2000]"), u("[0,2000]"));
         std::vector<std::size_t> named{1};
         switch (Obstacle(obstacle)) {
         case Obstacle::SharedNumber:
@@ -241,7 +231,7 @@ private slots:
         Options options;
         options.progress = [](const Progress&) { return false; };
         TestNetwork network;
-        network.addFlow(path("A,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
         QVERIFY(std::holds_alternative<Stopped>(search(network, options)));
     }
 

@@ -1,6 +1,7 @@
 #include "views/FlowColorTable.h"
 #include "views/FlowListWindow.h"
 #include "views/ItemDelegate.h"
+#include "views/PlanInfoWindow.h"
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
@@ -12,6 +13,7 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QStandardItemModel>
 
 #include <algorithm>
@@ -385,6 +387,36 @@ private slots:
         QCOMPARE(image.pixelColor(120, 75), fill);
         QCOMPARE(image.pixelColor(20, 30), QColor(Qt::magenta)); // the rounded corner
         QVERIFY(count(image, QRect(30, 40, 100, 20), Qt::black) > 0);
+    }
+
+    void cardUnderTheMouseIsOutlined()
+    {
+        FlowListWindow window(nullptr);
+        window.fillFlowList({{1, {{0, {{5, slotSet({3, 9})}}}}}}, 1, 0, FlowListWindow::Send);
+        window.resize(400, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* list = window.findChild<QListView*>();
+        const QRect first = list->visualRect(list->model()->index(0, 0));
+        const auto greenPixels = [&] {
+            return count(list->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32),
+                         first, Qt::green);
+        };
+        QCOMPARE(greenPixels(), 0);
+        QWidget* viewport = list->viewport();
+        QTest::mouseMove(window.windowHandle(), viewport->mapTo(&window, first.center()));
+        QTRY_VERIFY(greenPixels() > 100);
+        QTest::mouseMove(window.windowHandle(), QPoint(1, 1));
+        QTRY_COMPARE(greenPixels(), 0);
+    }
+
+    void planPanelBeginsWithANarrowListOfNodes()
+    {
+        const PlanInfoWindow panel(nullptr);
+        const auto* across =
+            panel.centralWidget()->findChild<QSplitter*>(QString(), Qt::FindDirectChildrenOnly);
+        const int nodes = across->sizes().first();
+        QVERIFY(nodes >= 98 && nodes <= 100); // the handle takes its share
     }
 
     void invalidIndexPaintsNothingAndBadDataPaintsAnEmptyCard()

@@ -2,6 +2,7 @@
 #include "tests/planner/twin/NetworkDraft.h"
 #include "tests/planner/twin/RunRecord.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QtTest>
 
@@ -47,18 +48,13 @@ DraftFlow flow(int flowID, int vlid, const char* talker, const char* txwin,
     return made;
 }
 
-QStringList way(const char* names)
-{
-    return QString::fromLatin1(names).split(QLatin1Char(','));
-}
-
 /// Two flows from H0 over S0 to H1.
 NetworkDraft pairOfFlows(const char* firstSend, const char* secondSend, const char* receive)
 {
     NetworkDraft draft;
     draft.nodes = {node("H0", 0, 4), node("H1", 1, 4), node("S0", 2, 8)};
     draft.links = {{0, 2, 0, 0}, {2, 1, 1, 0}};
-    draft.virtualLinks = {{1, {way("H0,S0,H1")}}};
+    draft.virtualLinks = {{1, {words("H0 S0 H1")}}};
     draft.flows = {flow(1, 1, "H0", firstSend, {{"H1", receive}}),
                    flow(2, 1, "H0", secondSend, {{"H1", receive}})};
     return draft;
@@ -141,8 +137,8 @@ void ScheduleCausesTest::branchByOtherInportMayShareSlot()
     // H0-S0, S0-S2, S0-S1, S1-S2, S2-S3, S3-H1, S3-H2, H3-S2
     draft.links = {{0, 4, 0, 0}, {4, 6, 1, 0}, {4, 5, 2, 0}, {5, 6, 1, 1},
                    {6, 7, 2, 0}, {7, 1, 1, 0}, {7, 2, 2, 0}, {3, 6, 0, 3}};
-    draft.virtualLinks = {{1, {way("H0,S0,S1,S2,S3,H1"), way("H0,S0,S2,S3,H2")}},
-                          {2, {way("H3,S2,S3,H2")}}};
+    draft.virtualLinks = {{1, {words("H0 S0 S1 S2 S3 H1"), words("H0 S0 S2 S3 H2")}},
+                          {2, {words("H3 S2 S3 H2")}}};
     draft.flows = {flow(1, 1, "H0", "[0,200]", {{"H1", "[2000,4000]"}, {"H2", "[600,4000]"}}),
                    flow(2, 2, "H3", "[200,400]", {{"H2", "[600,800]"}})};
     const auto findings = explainSchedule(plan(draft));

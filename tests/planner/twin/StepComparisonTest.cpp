@@ -128,6 +128,19 @@ public:
                 logOf([&] { return callTwin(call, nodeID, outport); })};
     }
 
+    /// All passes at once against one after the other; false when the twin does not come to an end.
+    bool resolveAll()
+    {
+        const LogCapture log;
+        planner::resolveConflicts(m_product);
+        m_twin.nodeList = twin::convertInstancesToNodes(m_twin.instances);
+        for (int pass = 0; pass < 100; ++pass) {
+            if (twin::calculateConflictDegree(m_twin) <= 0)
+                return true;
+        }
+        return false;
+    }
+
     bool areEqual() const
     {
         if (m_product.TTStreamInstanceList.size() != m_twin.instances.size())
@@ -248,6 +261,20 @@ private slots:
             }
         }
         QVERIFY(resolutions > 2000);
+    }
+
+    void allPassesTogetherLeaveWhatTheTwinLeaves()
+    {
+        RandomSource random(33);
+        int ended = 0;
+        for (int round = 0; round < 4000; ++round) {
+            Pair pair(random);
+            if (!pair.resolveAll())
+                continue;
+            QVERIFY2(pair.areEqual(), qPrintable(QStringLiteral(u"round %1").arg(round)));
+            ++ended;
+        }
+        QVERIFY(ended > 3800);
     }
 
     // A grouping adds the instances one by one, as anybody may.

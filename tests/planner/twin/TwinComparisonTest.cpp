@@ -3,25 +3,20 @@
 #include "tests/planner/twin/ScheduleCauses.h"
 #include "tests/support/Documents.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/SeedRange.h"
+#include "tests/support/Tally.h"
 #include "tests/support/TemporaryFolder.h"
 #include "verification/PlanVerifier.h"
 
 #include <QDir>
 #include <QtTest>
 
-#include <map>
 #include <set>
-
-static quint64 environmentNumber(const char* name, quint64 fallback)
-{
-    bool ok = false;
-    const quint64 value = qEnvironmentVariable(name).toULongLong(&ok);
-    return ok ? value : fallback;
-}
 
 /// Runs product and twin on random networks and compares everything that they leave behind.
 ///
-/// ROTUNDA_RANDOM_NETWORKS sets the number of networks, ROTUNDA_RANDOM_SEED the first seed.
+/// An ordinary run takes shards of this test; TwinOutcomesTest looks at what they have met
+/// together.
 class TwinComparisonTest : public QObject
 {
     Q_OBJECT
@@ -32,28 +27,17 @@ private slots:
     void productEqualsTwin();
     void secondStageEqualsTwinOnDisturbedWindows_data();
     void secondStageEqualsTwinOnDisturbedWindows();
-    void everyOutcomeWasReached();
-    void everyFindingIsExplained();
-    void plansAreVerified();
+    void cleanupTestCase() { m_tally.save(); }
 
 private:
     void examine(const RandomNetwork& network, const RunRecord& product, const RunRecord& twin);
     void verify(const RandomNetwork& network);
-    void addBlocks(quint64 count) const;
     void report(const RandomNetwork& network, const QString& what);
 
+    const SeedRange m_seeds = SeedRange::fromEnvironment(1000);
+    Tally m_tally;
     int m_differences = 0;
-    std::map<QString, int> m_outcomes;
-    std::map<QString, int> m_disturbedOutcomes;
-    std::map<std::pair<QString, QString>, int> m_findings; ///< by kind and cause
-    const quint64 m_networks = environmentNumber("ROTUNDA_RANDOM_NETWORKS", 6000);
-    const quint64 m_firstSeed = environmentNumber("ROTUNDA_RANDOM_SEED", 1);
-    int m_findingPlans = 0;
     int m_unexplained = 0;
-    int m_plans = 0;
-    int m_faultyPlans = 0;
-    int m_plansFaultyOverCycleOnly = 0;
-    std::map<verification::Kind, std::pair<int, int>> m_verified; ///< findings, and plans with them
 };
 
 void TwinComparisonTest::report(const RandomNetwork& network, const QString& what)
@@ -70,7 +54,7 @@ void TwinComparisonTest::report(const RandomNetwork& network, const QString& wha
 void TwinComparisonTest::examine(const RandomNetwork& network, const RunRecord& product,
                                  const RunRecord& twin)
 {
-    ++m_outcomes[product.outcome()];
+    m_tally.add(QStringLiteral(u"outcome: ") + product.outcome());
     const QString difference = firstDifference(product, twin);
     if (!difference.isEmpty()) {
         if (++m_differences <= 10)
@@ -81,9 +65,10 @@ void TwinComparisonTest::examine(const RandomNetwork& network, const RunRecord& 
         return;
     verify(network);
     const auto findings = explainSchedule({product.windows, product.schedule, twin.finalWindows});
-    m_findingPlans += findings.empty() ? 0 : 1;
+    m_tally.add(QStringLiteral(u"plans with findings"), findings.empty() ? 0 : 1);
     for (const ScheduleFinding& finding : findings) {
-        ++m_findings[{nameOf(finding.kind), nameOf(finding.cause)}];
+        m_tally.add(
+            QStringLiteral(u"finding: %1: %2").arg(nameOf(finding.kind), nameOf(finding.cause)));
         if (finding.cause == ScheduleFinding::Unexplained && ++m_unexplained <= 10)
             report(network, nameOf(finding.kind) + QStringLiteral(u", ") + finding.text);
     }
@@ -102,17 +87,17 @@ void TwinComparisonTest::verify(const RandomNetwork& network)
     std::set<verification::Kind> met;
     std::set<verification::Kind> faults;
     for (const verification::Finding& finding : verified.findings) {
-        ++m_verified[finding.kind].first;
+        m_tally.add(QStringLiteral(u"verified: ") + nameOf(finding.kind));
         met.insert(finding.kind);
         if (finding.severity == verification::Severity::Fault)
             faults.insert(finding.kind);
     }
     for (const verification::Kind kind : met)
-        ++m_verified[kind].second;
-    ++m_plans;
-    m_faultyPlans += faults.empty() ? 0 : 1;
-    m_plansFaultyOverCycleOnly +=
-        faults == std::set<verification::Kind>{verification::Kind::SharedSlotOverCycle} ? 1 : 0;
+        m_tally.add(QStringLiteral(u"plans verified with: ") + nameOf(kind));
+    m_tally.add(QStringLiteral(u"plans"));
+    m_tally.add(QStringLiteral(u"plans with a fault"), faults.empty() ? 0 : 1);
+    if (faults == std::set<verification::Kind>{verification::Kind::SharedSlotOverCycle})
+        m_tally.add(QStringLiteral(u"plans with a fault over the cycle's end only"));
     if (plan.schedule.transmissions.size() != verified.transmissions)
         report(network, QStringLiteral(u"transmissions were lost on reading"));
 }
@@ -131,20 +116,9 @@ void TwinComparisonTest::networksComeFromTheirSeed()
     QCOMPARE(RandomSource(1).next(), Q_UINT64_C(0x910A2DEC89025CC1));
 }
 
-// In blocks, since a long function would be taken for one that hangs.
-void TwinComparisonTest::addBlocks(quint64 networks) const
-{
-    QTest::addColumn<quint64>("first");
-    QTest::addColumn<quint64>("count");
-    const quint64 block = 1000;
-    for (quint64 done = 0; done < networks; done += block)
-        QTest::newRow(qPrintable(QStringLiteral(u"from seed %1").arg(m_firstSeed + done)))
-            << m_firstSeed + done << qMin(block, networks - done);
-}
-
 void TwinComparisonTest::productEqualsTwin_data()
 {
-    addBlocks(m_networks);
+    m_seeds.addBlocks(1000);
 }
 
 void TwinComparisonTest::productEqualsTwin()
@@ -153,16 +127,18 @@ void TwinComparisonTest::productEqualsTwin()
     QFETCH(quint64, count);
     const TemporaryFolder folder;
     const int before = m_differences;
+    m_tally.add(QStringLiteral(u"networks"), static_cast<int>(count));
     for (quint64 seed = first; seed < first + count; ++seed) {
         const RandomNetwork network = randomNetwork(seed);
         examine(network, runProduct(network), runTwin(network));
     }
     QCOMPARE(m_differences, before);
+    QCOMPARE(m_unexplained, 0);
 }
 
 void TwinComparisonTest::secondStageEqualsTwinOnDisturbedWindows_data()
 {
-    addBlocks(m_networks / 2);
+    SeedRange{m_seeds.first, m_seeds.count / 2}.addBlocks(1000);
 }
 
 // Windows that the first stage would not write reach what its own never do, such as a search that
@@ -180,7 +156,7 @@ void TwinComparisonTest::secondStageEqualsTwinOnDisturbedWindows()
         RandomSource random(seed);
         const QByteArray windows = disturbedWindows(random, undisturbed.windows);
         const RunRecord product = planWithProduct(windows);
-        ++m_disturbedOutcomes[product.outcome()];
+        m_tally.add(QStringLiteral(u"disturbed windows: ") + product.outcome());
         const QString difference = firstDifference(product, planWithTwin(windows));
         if (difference.isEmpty())
             continue;
@@ -188,48 +164,6 @@ void TwinComparisonTest::secondStageEqualsTwinOnDisturbedWindows()
         report(network, difference);
         QFAIL(qPrintable(difference));
     }
-}
-
-void TwinComparisonTest::everyOutcomeWasReached()
-{
-    for (const auto& outcome : m_outcomes)
-        qInfo("%7d  %s", outcome.second, qPrintable(outcome.first));
-    for (const auto& outcome : m_disturbedOutcomes)
-        qInfo("%7d  disturbed windows: %s", outcome.second, qPrintable(outcome.first));
-    if (m_networks < 5000)
-        QSKIP("too few networks to expect the rare outcomes");
-    for (const QString& outcome : requiredOutcomes())
-        QVERIFY2(m_outcomes.count(outcome) > 0, qPrintable(outcome));
-}
-
-void TwinComparisonTest::everyFindingIsExplained()
-{
-    qInfo("plans with findings: %d", m_findingPlans);
-    for (const auto& finding : m_findings)
-        qInfo("%7d  %s: %s", finding.second, qPrintable(finding.first.first),
-              qPrintable(finding.first.second));
-    QCOMPARE(m_unexplained, 0);
-}
-
-// The rules accept what an engineer would not; these counts say how often on networks of all kinds,
-// odd ones among them. What only the repetition of the schedule brings about stands apart.
-void TwinComparisonTest::plansAreVerified()
-{
-    using verification::Kind;
-    qInfo("plans %d, with a fault %d, of these only over the cycle's end %d", m_plans,
-          m_faultyPlans, m_plansFaultyOverCycleOnly);
-    for (const auto& kind : m_verified)
-        qInfo("%7d in %5d plans  %s", kind.second.first, kind.second.second,
-              qPrintable(verification::nameOf(kind.first)));
-    if (m_networks < 5000)
-        QSKIP("too few networks to expect the rare findings");
-    for (const Kind kind :
-         {Kind::SharedSlot, Kind::SharedSlotOverCycle, Kind::HopOrder, Kind::LongWait,
-          Kind::SendWindow, Kind::ReceiveWindow, Kind::ReceiveSlot, Kind::ListenerSlot,
-          Kind::MissingFlow, Kind::UnevenPeriod, Kind::BeyondCycle})
-        QVERIFY2(m_verified[kind].first > 0, qPrintable(verification::nameOf(kind)));
-    QCOMPARE(m_verified[Kind::SlotLength].first, 0);
-    QVERIFY(m_faultyPlans < m_plans);
 }
 
 QTEST_GUILESS_MAIN(TwinComparisonTest)

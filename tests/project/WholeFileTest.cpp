@@ -1,6 +1,7 @@
 #include "project/WholeFile.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/KilledChild.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
@@ -96,6 +97,25 @@ private slots:
         }
         QCOMPARE(readFile(path), QByteArray("old"));
         QCOMPARE(filesIn(folder.path(QString())), QStringList{u("file")});
+    }
+
+    void killAtAnySystemCallLeavesTheOldFileOrTheNewOne()
+    {
+        const TemporaryFolder folder;
+        const QByteArray before(30000, 'o');
+        const QByteArray after(50000, 'n');
+        int calls = 0;
+        bool isKilled = true;
+        for (; isKilled; ++calls) {
+            // In a folder of its own, as a killed one may leave its second file there.
+            const QString path = folder.path(QStringLiteral("%1/file").arg(calls));
+            writeFile(path, before);
+            isKilled = killAtSystemCall(calls, [&] { replaceWhole(path, after); });
+            const QByteArray left = readFile(path);
+            QVERIFY2(left == after || (isKilled && left == before),
+                     qPrintable(QStringLiteral("killed at call %1").arg(calls)));
+        }
+        QVERIFY(calls > 5); // opening, writing, flushing, renaming
     }
 
     void linksAreFollowedAndStay()

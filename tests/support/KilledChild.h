@@ -1,0 +1,8 @@
+#pragma once
+
+#include <functional>
+
+/// Runs work in a child process and kills it at its n-th system call, counted from 0.
+///
+/// True when the child was killed, false when it had ended by itself before.
+bool killAtSystemCall(int n, const std::function<void()>& work);

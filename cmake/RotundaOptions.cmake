@@ -1,5 +1,6 @@
 # Flags that every target of the project carries, in one place.
 option(ROTUNDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(ROTUNDA_FUZZ "Link the targets in fuzz/ with libFuzzer, all under the sanitizers; needs clang" OFF)
 option(ROTUNDA_COVERAGE "Build with coverage instrumentation" OFF)
 
 find_program(CCACHE ccache)
@@ -10,7 +11,9 @@ endif()
 add_library(rotunda_options INTERFACE)
 target_include_directories(rotunda_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(rotunda_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  # The toolkit's macro for log lines is the one that clang minds.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
 target_compile_definitions(rotunda_options INTERFACE
   QT_NO_CAST_FROM_ASCII
   QT_NO_CAST_TO_ASCII
@@ -20,6 +23,11 @@ target_compile_definitions(rotunda_options INTERFACE
 if(ROTUNDA_SANITIZE)
   target_compile_options(rotunda_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(rotunda_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(ROTUNDA_FUZZ)
+  target_compile_options(rotunda_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(rotunda_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(ROTUNDA_COVERAGE)

@@ -286,14 +286,15 @@ VirtualLinkPath parseDatapath(const PlanningContext& context, const QString& tex
 
 VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text)
 {
-    const QStringList names = text.split(QLatin1Char(','));
+    const QVector<QStringRef> names = text.splitRef(QLatin1Char(','));
     if (names.size() < 3) {
         throw DocumentError(
             QStringLiteral("datapath \"%1\" needs a talker, a switch and a listener").arg(text));
     }
     std::vector<quint32> nodes;
-    for (const QString& name : names)
-        nodes.push_back(topology.nodeIdOfName(name));
+    nodes.reserve(static_cast<size_t>(names.size()));
+    for (const QStringRef& name : names)
+        nodes.push_back(topology.nodeIdOfName(name.toString()));
     VirtualLinkPath path;
     path.talkerNodeID = static_cast<quint16>(nodes.front());
     path.listenerNodeID = static_cast<quint16>(nodes.back());
@@ -313,10 +314,12 @@ QString stripQuotes(const QString& text)
 
 void parseMacText(const QString& text, std::array<quint8, 6>& bytes)
 {
-    const QStringList parts = text.split(QLatin1Char(':'));
-    for (int i = 0; i < 6; ++i) {
-        const int value = i < parts.size() ? parts.at(i).toInt(nullptr, 10) : 0;
-        bytes[static_cast<size_t>(i)] = static_cast<quint8>(value);
+    int begin = 0;
+    for (quint8& byte : bytes) {
+        const QStringRef rest = text.midRef(begin);
+        const QStringRef part = rest.left(rest.indexOf(QLatin1Char(':')));
+        byte = static_cast<quint8>(part.toInt(nullptr, 10));
+        begin += part.size() + 1;
     }
 }
 

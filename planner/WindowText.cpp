@@ -21,10 +21,24 @@ RawWindow parseSlotWindow(const QString& text)
     return window;
 }
 
+/// Up to the first character of this kind; all of it without one.
+static QStringRef upTo(const QStringRef& text, char end)
+{
+    return text.left(text.indexOf(QLatin1Char(end)));
+}
+
+// Cut and not split: a text of millions of commas would fall into as many texts.
 QStringList windowBounds(const QString& text)
 {
-    const QString behindBracket = text.split(QLatin1Char('[')).value(1);
-    return behindBracket.split(QLatin1Char(']')).first().split(QLatin1Char(','));
+    const int bracket = text.indexOf(QLatin1Char('['));
+    if (bracket < 0)
+        return {QString()};
+    const QStringRef inside = upTo(upTo(text.midRef(bracket + 1), '['), ']');
+    const QStringRef first = upTo(inside, ',');
+    QStringList bounds{first.toString()};
+    if (first.size() < inside.size())
+        bounds.append(upTo(inside.mid(first.size() + 1), ',').toString());
+    return bounds;
 }
 
 bool readWrittenWindow(const char* text, SlotWindow& window)

@@ -25,7 +25,7 @@ inline bool operator==(const RawWindow& a, const RawWindow& b)
 /// Reads the text [start,end]; what is missing or no number reads as 0.
 RawWindow parseSlotWindow(const QString& text);
 
-/// The texts between the brackets, split at ","; a well-formed window has two.
+/// The first two texts between the brackets, which "," parts; only one without it.
 QStringList windowBounds(const QString& text);
 
 /// Reads a text in just the form that windowText() writes; false for any other one.

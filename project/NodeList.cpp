@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QListWidget>
+#include <QPixmap>
 
 static QString iconPath(int isHost)
 {
@@ -28,7 +29,9 @@ void appendNodes(QListWidget& list, const NodeInfo_Xml& nodeInfo, const NodeName
         const QString icon = iconPath(record.isHost);
         if (icon.isNull())
             continue;
-        auto* item = new QListWidgetItem(QIcon(icon), withoutQuotes(record.name));
+        // By way of the pixmap, which is one for each path: pictures at the size of the list are
+        // kept by pixmap, and an icon from a file would leave new ones with every filling.
+        auto* item = new QListWidgetItem(QIcon(QPixmap(icon)), withoutQuotes(record.name));
         item->setData(Qt::UserRole, node.key());
         list.addItem(item);
     }

@@ -249,11 +249,26 @@ void writeNarrowedWindows(XMLDocument& document, const std::vector<NarrowedFlow>
     }
 }
 
+/// Takes away the text beside the root.
+///
+/// The parser bears it behind the root when an end tag follows, and reads no further; written back
+/// without that tag it would make the document unreadable.
+static void removeTextBesideRoot(XMLDocument& document)
+{
+    for (tinyxml2::XMLNode* node = document.FirstChild(); node;) {
+        tinyxml2::XMLNode* const next = node->NextSibling();
+        if (node->ToText())
+            document.DeleteNode(node);
+        node = next;
+    }
+}
+
 QByteArray narrowedDocument(const XMLDocument& document, const InputNetwork& network,
                             const Found& plan)
 {
     XMLDocument copy(document.ProcessEntities(), tinyxml2::PRESERVE_WHITESPACE);
     document.DeepCopy(&copy);
+    removeTextBesideRoot(copy);
     writeNarrowedWindows(copy, narrowedWindows(document, network, plan));
     tinyxml2::XMLPrinter printer;
     copy.Print(&printer);

@@ -79,7 +79,7 @@ std::vector<NarrowedFlow> narrowedWindows(const tinyxml2::XMLDocument& document,
 /// Writes the narrowed windows into the document; everything else stays as it is.
 void writeNarrowedWindows(tinyxml2::XMLDocument& document, const std::vector<NarrowedFlow>& flows);
 
-/// The document with the windows of the plan as the bytes of a file.
+/// The document with the windows of the plan as the bytes of a file; without text beside the root.
 QByteArray narrowedDocument(const tinyxml2::XMLDocument& document, const InputNetwork& network,
                             const Found& plan);
 

@@ -102,15 +102,17 @@ bool InstanceText::isEmpty(const char* name)
     return skipTag("<", name, "/>");
 }
 
-// Slots have 31 bits here; one with its highest bit set lies before the cycle, which is rare.
+// Slots have 31 bits here; one with its highest bit set lies before the cycle, which is rare. More
+// digits than such a slot has are zeros ahead of it, and no number where a tree is read.
 bool InstanceText::number(const char* name, qint64& value)
 {
     constexpr qint64 largest = 0x7FFFFFFF;
+    constexpr int mostDigits = 10;
     if (!open(name))
         return false;
-    const char* digits = m_place;
+    const char* const digits = m_place;
     value = 0;
-    for (; *m_place >= '0' && *m_place <= '9' && value <= largest; ++m_place)
+    for (; *m_place >= '0' && *m_place <= '9' && m_place - digits < mostDigits; ++m_place)
         value = value * 10 + (*m_place - '0');
     return m_place != digits && value <= largest && *m_place == '<' && close(name);
 }

@@ -2,6 +2,8 @@
 
 #include "verification/FlowTree.h"
 
+#include <algorithm>
+
 namespace verification
 {
 
@@ -29,6 +31,20 @@ SlotRange slotsOf(qint64 low_us, qint64 high_us)
     range.first = -floorDivide(-low_us, slotLength_us);
     range.last = floorDivide(high_us, slotLength_us) - (lastCounts ? 0 : 1);
     return range;
+}
+
+/// Behind the first "[", up to the next bracket of either kind; a reference into the text, because
+/// taking apart one that is nothing but brackets would cost ten times its size.
+QStringRef betweenBrackets(const QString& text)
+{
+    const int open = text.indexOf(QLatin1Char('['));
+    if (open < 0)
+        return {};
+    const QStringRef behind = text.midRef(open + 1);
+    const auto end = std::find_if(behind.begin(), behind.end(), [](QChar character) {
+        return character == QLatin1Char('[') || character == QLatin1Char(']');
+    });
+    return behind.left(static_cast<int>(end - behind.begin()));
 }
 
 QString withoutQuotes(QString text)
@@ -70,12 +86,13 @@ quint16 NetworkDocument::number16(Element parent, const char* name)
 SlotRange NetworkDocument::window(Element parent, const char* name)
 {
     const QString text = m_reading.text(parent, name);
-    const QString behindBracket = text.split(QLatin1Char('[')).value(1);
-    const QStringList bounds =
-        behindBracket.split(QLatin1Char(']')).value(0).split(QLatin1Char(','));
-    if (bounds.size() < 2)
+    const QStringRef inside = betweenBrackets(text);
+    const int comma = inside.indexOf(QLatin1Char(','));
+    if (comma < 0)
         m_reading.report(parent, QStringLiteral("\"%1\" is no window").arg(text));
-    return slotsOf(bounds.value(0).toInt(nullptr, 10), bounds.value(1).toInt(nullptr, 10));
+    const QStringRef behind = comma < 0 ? QStringRef() : inside.mid(comma + 1);
+    return slotsOf(inside.left(comma).toInt(nullptr, 10),
+                   behind.left(behind.indexOf(QLatin1Char(','))).toInt(nullptr, 10));
 }
 
 // ---- Topology

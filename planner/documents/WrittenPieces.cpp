@@ -65,10 +65,17 @@ bool WrittenPieces::enterFlow()
 /// Behind the last instance that is there as a whole; 0 when none is, to the end of the file.
 int WrittenPieces::endOfPiece()
 {
-    int end = m_rest.lastIndexOf(instanceEnd);
-    while (end < 0 && readOn())
-        end = m_rest.lastIndexOf(instanceEnd);
-    return end < 0 ? 0 : end + static_cast<int>(sizeof instanceEnd) - 1;
+    constexpr int length = static_cast<int>(sizeof instanceEnd) - 1;
+    int searched = 0; // no end begins ahead of it, so that an endless instance is searched once
+    do {
+        const int unsearched = m_rest.size() - searched;
+        const int end = QByteArray::fromRawData(m_rest.constData() + searched, unsearched)
+                            .lastIndexOf(instanceEnd);
+        if (end >= 0)
+            return searched + end + length;
+        searched = qMax(0, m_rest.size() - length + 1);
+    } while (readOn());
+    return 0;
 }
 
 // A document ends at a zero byte, and the pieces behind it would not know.

@@ -208,6 +208,19 @@ private slots:
         QCOMPARE(QByteArray(again.CStr()), before);
         QCOMPARE(boundsOf(u("[5,6]")).text(), u("[5,6]"));
     }
+
+    // The parser takes such a document, so what is written for it must be readable too.
+    void textBehindTheRootIsNotWritten()
+    {
+        TestNetwork network;
+        addPlain(network);
+        const QByteArray sound = documentOf(network.draft);
+        const ParsedNetwork read = parsed(sound.trimmed() + "rest</rest>");
+        const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
+        const ParsedNetwork whole = parsed(sound);
+        QCOMPARE(narrowedDocument(*read.document, read.network, plan),
+                 narrowedDocument(*whole.document, whole.network, plan));
+    }
 };
 
 QTEST_GUILESS_MAIN(NetworkDocumentTest)

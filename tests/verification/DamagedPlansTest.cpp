@@ -23,6 +23,7 @@ private slots:
     void everyCutOfDocumentIsExamined();
     void disturbedDocumentsAreExamined();
     void cutElementsAreReported();
+    void numberOfElevenDigitsIsNone();
 };
 
 namespace
@@ -161,6 +162,21 @@ void DamagedPlansTest::cutElementsAreReported()
         QVERIFY2(line.contains(QStringLiteral("\"%1\" is missing").arg(QString::fromLatin1(name))),
                  qPrintable(line));
     }
+}
+
+// Not even one of zeros: what is read in pieces follows the rule of the whole.
+void DamagedPlansTest::numberOfElevenDigitsIsNone()
+{
+    const QString whole = caseFolders().filter(QStringLiteral("sound-plan")).first();
+    const QByteArray input = readFile(whole + QStringLiteral("/vek_input.xml"));
+    QByteArray output = readFile(whole + QStringLiteral("/vek_output.xml"));
+    const int number = output.indexOf("<txslotID>") + 10;
+    const int digits = output.indexOf('<', number) - number;
+    output.insert(number, QByteArray(10 - digits, '0'));
+    QVERIFY(examine(input, output).sound());
+    output.insert(number, '0');
+    QVERIFY(describe(examine(input, output).findings.front())
+                .contains(QStringLiteral("\"txslotID\" is no number")));
 }
 
 QTEST_GUILESS_MAIN(DamagedPlansTest)

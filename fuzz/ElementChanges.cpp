@@ -3,7 +3,6 @@
 #include "tests/support/RandomSource.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 namespace
@@ -116,6 +115,6 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
     if (document == before) // no element was met, as in what is no document
         return LLVMFuzzerMutate(data, size, maxSize);
     const std::size_t changedSize = std::min(document.size(), maxSize);
-    std::memcpy(data, document.data(), changedSize);
+    std::copy_n(document.begin(), changedSize, data);
     return changedSize;
 }

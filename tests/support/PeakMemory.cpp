@@ -20,7 +20,11 @@ static qint64 residentMemory()
 
 Measured measured(const std::function<int()>& work)
 {
+#ifdef __SANITIZE_ADDRESS__
+    constexpr rlim_t seconds = 600;
+#else
     constexpr rlim_t seconds = 60;
+#endif
     const qint64 before = residentMemory();
     const pid_t child = fork();
     if (child < 0)

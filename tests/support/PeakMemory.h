@@ -13,7 +13,8 @@ struct Measured {
     qint64 memory = 0; ///< bytes that it took at most, beyond what the test program held before
 };
 
-/// Does the work in a child process, which has a minute of the processor for it.
+/// Does the work in a child process, which has a minute of the processor for it, under the
+/// sanitizers ten.
 ///
 /// The result has to be 0 to 255. What the work changes is seen by the child alone.
 Measured measured(const std::function<int()>& work);

@@ -14,9 +14,11 @@ endif()
 add_library(rotunda_options INTERFACE)
 target_include_directories(rotunda_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(rotunda_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-  # The toolkit's macro for log lines is the one that clang minds.
-  $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+  # Qt's logging macros leave out their optional arguments, which C++20 allows and both compilers take.
+  target_compile_options(rotunda_options INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
+endif()
 if(ROTUNDA_WERROR)
   target_compile_options(rotunda_options INTERFACE -Werror)
 endif()

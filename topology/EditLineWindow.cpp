@@ -55,6 +55,7 @@ void EditLineWindow::confirmButtonClicked()
         arrow->srcPort = ui->lineEdit_srcPort->text();
         arrow->dstPort = ui->lineEdit_dstPort->text();
         arrow->bandWidth = ui->lineEdit_bandWidth->text();
+        arrow->compareWithBounds();
     }
     close();
     emit updateGraphics();

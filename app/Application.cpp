@@ -4,10 +4,13 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QSettings>
+#include <QWindow>
 
 static constexpr int splashSeconds = 2;
+static constexpr int longestWaitForSplash = 500; // milliseconds
 
 // Waits without delivering any event, so that the splash stays however fast the start-up work is.
 static void holdSplash()
@@ -18,13 +21,49 @@ static void holdSplash()
         now = QDateTime::currentDateTime();
 }
 
+namespace
+{
+
+/// Notices when a window is painted.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget& window) { window.installEventFilter(this); }
+
+    bool painted() const { return m_painted; }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        m_painted = m_painted || event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    bool m_painted = false;
+};
+
+} // namespace
+
+// Without this nobody would see the splash: a window manager decides about it some time after it is
+// shown, and only then can it be painted.
+static void waitUntilSeen(QWidget& splash, const PaintWatch& watch)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const auto isSeen = [&] { return splash.windowHandle()->isExposed() && watch.painted(); };
+    while (!isSeen() && timer.elapsed() < longestWaitForSplash)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
 static int runTurn(int& argc, char** argv)
 {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/images/icon.png")));
     const QSettings settings;
     SplashWindow splash;
+    const PaintWatch watch(splash);
     splash.show();
+    waitUntilSeen(splash, watch);
     holdSplash();
     return QApplication::exec();
 }

@@ -25,6 +25,7 @@ struct Turn {
     bool splashStillVisible = false;
     bool versionsEmpty = false;
     bool splashClosedAfterwards = false;
+    qint64 msFromSplashPainted = -1;
     const void* mainWindow = nullptr;
 };
 
@@ -43,6 +44,9 @@ public:
 
     bool eventFilter(QObject* object, QEvent* event) override
     {
+        if (event->type() == QEvent::Paint && qobject_cast<SplashWindow*>(object) &&
+            !m_sincePaint.isValid())
+            m_sincePaint.start();
         auto* window = event->type() == QEvent::Show ? qobject_cast<MainWindow*>(object) : nullptr;
         if (window && !m_done) {
             m_done = true;
@@ -76,10 +80,12 @@ private:
         turn.splashStillVisible = splash != nullptr;
         turn.versionsEmpty = splash && SplashWindowProbe::versions(*splash).isEmpty();
         turn.mainWindow = window;
+        turn.msFromSplashPainted = m_sincePaint.isValid() ? m_sincePaint.elapsed() : -1;
         turns.append(turn);
     }
 
     QElapsedTimer m_timer;
+    QElapsedTimer m_sincePaint;
     bool m_done = false;
 };
 
@@ -127,6 +133,13 @@ private slots:
         QVERIFY(turns.first().splashStillVisible);
         QVERIFY(turns.first().versionsEmpty);
         QVERIFY(turns.first().splashClosedAfterwards);
+    }
+
+    void splashIsPaintedBeforeTheWait()
+    {
+        exitCodes = {0};
+        run();
+        QVERIFY(turns.first().msFromSplashPainted >= 1900);
     }
 
     void identityDecidesWhereSettingsAreKept()

@@ -6,7 +6,9 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QIcon>
+#include <QLibraryInfo>
 #include <QSettings>
+#include <QTranslator>
 #include <QWindow>
 
 static constexpr int splashSeconds = 2;
@@ -55,10 +57,20 @@ static void waitUntilSeen(QWidget& splash, const PaintWatch& watch)
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+// The texts of the library's own dialogs and boxes, whatever the language of the desktop.
+static void translateLibraryTexts(QTranslator& translator)
+{
+    if (translator.load(QStringLiteral("qtbase_zh_CN"),
+                        QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&translator);
+}
+
 static int runTurn(int& argc, char** argv)
 {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/images/icon.png")));
+    QTranslator libraryTexts;
+    translateLibraryTexts(libraryTexts);
     const QSettings settings;
     SplashWindow splash;
     const PaintWatch watch(splash);
@@ -73,6 +85,8 @@ int runApplication(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Rotunda"));
     QCoreApplication::setOrganizationDomain(QStringLiteral("rotunda.example"));
     QCoreApplication::setOrganizationName(QStringLiteral("Corvane"));
+    // Of the forms that a character has in several languages the Chinese one, on any desktop.
+    qputenv("FC_LANG", "zh-cn");
     int result = runTurn(argc, argv);
     while (result == RestartExitCode)
         result = runTurn(argc, argv);

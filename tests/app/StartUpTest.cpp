@@ -4,8 +4,11 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QGlyphRun>
 #include <QLabel>
+#include <QRawFont>
 #include <QTemporaryDir>
+#include <QTextLayout>
 #include <QThread>
 #include <QTimer>
 #include <QtTest>
@@ -26,6 +29,8 @@ struct Turn {
     bool versionsEmpty = false;
     bool splashClosedAfterwards = false;
     qint64 msFromSplashPainted = -1;
+    QString textOfOk;
+    QString fontOfHan;
     const void* mainWindow = nullptr;
 };
 
@@ -70,6 +75,15 @@ private:
         return nullptr;
     }
 
+    static QString fontOf(const QString& text)
+    {
+        QTextLayout layout(text);
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        return layout.glyphRuns().value(0).rawFont().familyName();
+    }
+
     void observe(MainWindow* window)
     {
         Turn turn;
@@ -81,6 +95,8 @@ private:
         turn.versionsEmpty = splash && SplashWindowProbe::versions(*splash).isEmpty();
         turn.mainWindow = window;
         turn.msFromSplashPainted = m_sincePaint.isValid() ? m_sincePaint.elapsed() : -1;
+        turn.textOfOk = QCoreApplication::translate("QPlatformTheme", "OK");
+        turn.fontOfHan = fontOf(QStringLiteral(u"直"));
         turns.append(turn);
     }
 
@@ -140,6 +156,15 @@ private slots:
         exitCodes = {0};
         run();
         QVERIFY(turns.first().msFromSplashPainted >= 1900);
+    }
+
+    void textsAndLettersAreChineseWhateverTheLocale()
+    {
+        exitCodes = {0};
+        run();
+        QCOMPARE(turns.first().textOfOk, QStringLiteral(u"确定"));
+        QVERIFY2(turns.first().fontOfHan.contains(QLatin1String("SC")),
+                 qPrintable(turns.first().fontOfHan));
     }
 
     void identityDecidesWhereSettingsAreKept()

@@ -85,6 +85,8 @@ int runApplication(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Rotunda"));
     QCoreApplication::setOrganizationDomain(QStringLiteral("rotunda.example"));
     QCoreApplication::setOrganizationName(QStringLiteral("Corvane"));
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     // Of the forms that a character has in several languages the Chinese one, on any desktop.
     qputenv("FC_LANG", "zh-cn");
     int result = runTurn(argc, argv);

@@ -167,6 +167,13 @@ private slots:
                  qPrintable(turns.first().fontOfHan));
     }
 
+    void screensOfHighResolutionAreUsed()
+    {
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+        turns.append(Turn());
+    }
+
     void identityDecidesWhereSettingsAreKept()
     {
         exitCodes = {0};

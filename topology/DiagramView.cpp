@@ -4,8 +4,10 @@
 #include "topology/DiagramScene.h"
 
 #include <QGraphicsSceneContextMenuEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPaintEvent>
+#include <QToolTip>
 
 DiagramView::DiagramView(DiagramScene* scene) : QGraphicsView(scene), m_scene(scene)
 {
@@ -16,6 +18,17 @@ DiagramView::DiagramView(DiagramScene* scene) : QGraphicsView(scene), m_scene(sc
     paper.setColor(QPalette::Base, Qt::white);
     setPalette(paper);
     setAccessibleName(QStringLiteral(u"画布"));
+}
+
+// A name may be wider than its node, or covered by another one.
+bool DiagramView::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QGraphicsView::viewportEvent(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto* node = qgraphicsitem_cast<DiagramItem*>(itemAt(help->pos()));
+    QToolTip::showText(help->globalPos(), node ? node->nodeName : QString(), viewport());
+    return true;
 }
 
 // A link may be painted beyond its bounds. Where only such a part is to be repainted the scene

@@ -26,6 +26,7 @@ QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& w
     // Each selected range deletes its rows: two cells of one row would take a second row with it.
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setAlternatingRowColors(true);
+    table->setWordWrap(false);
     table->verticalHeader()->setVisible(false);
     table->verticalHeader()->setDefaultSectionSize(rowHeight);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -56,6 +57,7 @@ QTableWidgetItem* centredItem(const QString& text)
 {
     auto* item = new QTableWidgetItem(text);
     item->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    item->setToolTip(text);
     return item;
 }
 
@@ -73,6 +75,8 @@ int appendTrafficRow(QTableWidget* table, const QStringList& texts)
     numberRow(table, row);
     for (int i = 0; i < texts.size(); ++i)
         table->setItem(row, i + 1, centredItem(texts.at(i)));
+    if (table->isVisible())
+        table->scrollToItem(table->item(row, 0));
     return row;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QProgressBar>
+#include <QStyle>
 
 namespace
 {
@@ -28,6 +29,13 @@ private:
     int m_column;
 };
 
+/// As wide as the label of a slot of four digits needs.
+int columnWidthFor(const QHeaderView* header)
+{
+    const int margin = header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+    return header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999")) + 4 * margin;
+}
+
 } // namespace
 
 TimeSlotInfo::TimeSlotInfo(QWidget* parent)
@@ -45,6 +53,7 @@ void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
     if (styleSheet() != sheet) // the same one again would polish all bars anew
         setStyleSheet(sheet);
     verticalHeader()->setVisible(false);
+    horizontalHeader()->setDefaultSectionSize(columnWidthFor(horizontalHeader()));
     setColumnCount(slotColumns + 1);
     labelColumns();
     setSelectionBehavior(QAbstractItemView::SelectItems);

@@ -1,7 +1,9 @@
 #include "app/MainWindow.h"
 
+#include "app/SynthesisForm.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
+#include "topology/SingleDialog.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
@@ -129,6 +131,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    closeDialog(synthesisForm); // nobody waits for its search any more
     QSettings settings;
     settings.setValue(maximizedKey(), isMaximized());
     if (!isMaximized())

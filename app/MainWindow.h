@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/NarrowedFlows.h"
+#include "app/SynthesisRun.h"
 #include "project/NodeInfoXml.h"
 #include "topology/FileRecords.h"
 #include "topology/RecordNotifier.h"
@@ -8,6 +10,8 @@
 
 #include <QMainWindow>
 #include <QMap>
+
+#include <memory>
 
 namespace planner
 {
@@ -26,6 +30,8 @@ class DiagramItem;
 class FlowEditorForm;
 class FlowListWindow;
 class FlowScheduleForm;
+class PlanCheck;
+class PlanCheckForm;
 class QAction;
 class QDockWidget;
 class QListWidget;
@@ -34,9 +40,11 @@ class QStatusBar;
 class QTableWidget;
 class QToolBar;
 class ShowVLineInfoForm;
+class SynthesisForm;
 class TimeSlotInfo;
 class TopologyWindow;
 class VLineEditorForm;
+struct PlanPlace;
 struct Project;
 
 using tinyxml2::XMLDocument;
@@ -46,7 +54,7 @@ using tinyxml2::XMLElement;
 /// schedule.
 ///
 /// Its slots gather what they need from the model and hand it to the room of their subject. The
-/// sources are split the same way: frame, run, traffic, project, plan.
+/// sources are split the same way: frame, run, traffic, project, plan, check, synthesis.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -151,6 +159,23 @@ private:
     void showProject(const Project& project);
     int runStages();
     void loadSchedule();
+    void checkPlan();
+    void markCheckedNodes(QListWidget* nodes);
+    void offerPlanCheck(QDockWidget* dock);
+    void showPlanCheckForm();
+    void delPlanCheckForm();
+    int tableWith(const PlanPlace& place) const;
+    void showPlace(const PlanPlace& place);
+    void fillInputDocument(XMLDocument& doc);
+    QByteArray drawnDocument();
+    void offerSynthesis();
+    void showSynthesisForm();
+    void delSynthesisForm();
+    void adoptWindows();
+    void restoreWindows();
+    void showWindowsOf(const QList<int>& rows);
+    void selectFlows(const QList<int>& rows);
+    void forgetSynthesis();
 
     NodeInfo_Xml sendNodeInfo; ///< output ports and send slots of the loaded schedule
     NodeInfo_Xml rcvNodeInfo;  ///< input ports and receive slots of the loaded schedule
@@ -174,6 +199,13 @@ private:
     ShowVLineInfoForm* showVLineInfoForm = nullptr; ///< null while closed
     QList<FlowInfo> flowInfoList;                   ///< in the order of flowTable
     QList<VLineInfo> vLineInfoList;                 ///< in the order of vLineTable
+
+    std::shared_ptr<const PlanCheck> planCheck; ///< of the loaded schedule; null before the first
+    PlanCheckForm* planCheckForm = nullptr;     ///< null while closed
+
+    SynthesisForm* synthesisForm = nullptr; ///< null while closed
+    NarrowedFlows narrowedFlows;            ///< what was adopted in the project that is open
+    WindowSearch windowSearch = &synthesis::synthesizeWindows;
 
     bool runInProgress = false; ///< a run lets events through, which must not start another one
     bool closeAfterRun = false; ///< the user asked to close while a run was going on

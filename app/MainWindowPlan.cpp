@@ -55,6 +55,7 @@ QDockWidget* MainWindow::createPlanInfoDock()
             &MainWindow::updatePlanInfo);
     for (TimeSlotInfo* table : {content->sendTable, content->receiveTable})
         connect(table, &QTableWidget::itemSelectionChanged, this, &MainWindow::updateFlowList);
+    offerPlanCheck(dock);
     return dock;
 }
 
@@ -113,6 +114,7 @@ void MainWindow::updateNodeInfo()
     view.table->clear();
     view.flows->clearFlowList();
     fillNodeList(view.nodes, view.schedule);
+    markCheckedNodes(view.nodes);
 }
 
 void MainWindow::updatePlanInfo()

@@ -55,6 +55,7 @@ void MainWindow::handleActionOpenProject()
 void MainWindow::showProject(const Project& project)
 {
     vLineInfoList.clear();
+    forgetSynthesis();
     topologyWindow->getScence()->buildByProjectFile(project.nodes, project.links);
     addVLineItemByProjectFile(project.vLines);
     addFlowItemByProjectFile(project.flows);
@@ -96,10 +97,16 @@ void MainWindow::outportVekFile(QString dirPath)
 
 // ---- The input document of the drawn model
 
-// Lowest item first: the order in which the scene numbers its nodes.
 void MainWindow::generate_vek_input()
 {
     XMLDocument doc(true, tinyxml2::PRESERVE_WHITESPACE);
+    fillInputDocument(doc);
+    saveInputDocument(doc);
+}
+
+// Lowest item first: the order in which the scene numbers its nodes.
+void MainWindow::fillInputDocument(XMLDocument& doc)
+{
     const InputDocumentParts parts = appendParts(doc);
     for (QGraphicsItem* item : topologyWindow->getScence()->items(Qt::AscendingOrder)) {
         auto* node = qgraphicsitem_cast<DiagramItem*>(item);
@@ -113,7 +120,6 @@ void MainWindow::generate_vek_input()
     }
     generateVirtualLinks(doc, parts.virtuallinks);
     generateFlows(doc, parts.flows);
-    saveInputDocument(doc);
 }
 
 void MainWindow::generateHosts(XMLDocument& doc, XMLElement* hosts, DiagramItem* diaItem)

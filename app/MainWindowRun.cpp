@@ -72,6 +72,7 @@ void MainWindow::planByUserInput()
 void MainWindow::loadSchedule()
 {
     parse_vek_output();
+    checkPlan();
     if (planInfoDock)
         updateNodeInfo();
 }

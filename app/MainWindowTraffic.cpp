@@ -4,6 +4,7 @@
 #include "project/ProjectFile.h"
 #include "topology/SingleDialog.h"
 #include "traffic/FlowEditorForm.h"
+#include "traffic/FlowText.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
@@ -53,6 +54,7 @@ QDockWidget* MainWindow::createVLineDock()
 QDockWidget* MainWindow::createFlowDock()
 {
     flowTable = createFlowTable();
+    offerSynthesis();
     TrafficDockButtons buttons;
     QDockWidget* dock = createTrafficDock(
         QStringLiteral(u"流量配置"), QStringLiteral("FlowEditorDock"), flowTable, this, buttons);
@@ -225,23 +227,16 @@ void MainWindow::deleteFlowEditorWindow()
     forgetDialog(flowEditorForm);
 }
 
-static QString windowSummary(const QString& node, const QString& low, const QString& high)
-{
-    return QStringLiteral("{%1,[%2,%3]}").arg(node, low, high);
-}
-
 void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 {
     ensureFlowDock();
     flowInfoList.append(flowInfo);
-    const int row = appendTrafficRow(
-        flowTable,
-        {flowInfo.flowType, flowInfo.flowId, flowInfo.flowPeriod, flowInfo.flowSize,
-         flowInfo.vLineId,
-         windowSummary(flowInfo.srcNode, flowInfo.sendWindowLow, flowInfo.sendWindowHigh)});
+    const int row = appendTrafficRow(flowTable, {flowInfo.flowType, flowInfo.flowId,
+                                                 flowInfo.flowPeriod, flowInfo.flowSize,
+                                                 flowInfo.vLineId, sendWindowText(flowInfo)});
     QStringList listeners;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
-        listeners.append(windowSummary(node.dstNodeName, node.rcvWindowLow, node.rcvWindowHigh));
+        listeners.append(receiveWindowText(node));
     setCellBox(flowTable, row, 7, new CellBox(listeners));
 }
 

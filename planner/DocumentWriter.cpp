@@ -19,13 +19,21 @@ static std::FILE* openForWriting(const QString& folder, const QString& fileName)
 }
 
 DocumentWriter::DocumentWriter(const QString& folder, const QString& fileName)
-    : m_file(openForWriting(folder, fileName))
+    : m_inMemory(false),
+      m_file(openForWriting(folder, fileName))
 {
 }
+
+DocumentWriter::DocumentWriter() : m_inMemory(true) {}
 
 DocumentWriter::~DocumentWriter()
 {
     writePiece();
+}
+
+QByteArray DocumentWriter::bytes() const
+{
+    return QByteArray(m_printer.CStr(), m_printer.CStrSize() - 1);
 }
 
 void DocumentWriter::attribute(const char* name, const char* value)
@@ -46,7 +54,7 @@ void DocumentWriter::leafOfText(const char* name, const char* text)
 
 void DocumentWriter::writeFullPiece()
 {
-    if (m_printer.CStrSize() > pieceSize_bytes)
+    if (!m_inMemory && m_printer.CStrSize() > pieceSize_bytes)
         writePiece();
 }
 

@@ -4,6 +4,7 @@
 
 #include <tinyxml2.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <array>
@@ -27,6 +28,8 @@ public:
     ///
     /// A file that cannot be opened swallows everything that is written to it.
     DocumentWriter(const QString& folder, const QString& fileName);
+    /// Keeps the whole document in memory, for bytes().
+    DocumentWriter();
     ~DocumentWriter();
     DocumentWriter(const DocumentWriter&) = delete;
     DocumentWriter& operator=(const DocumentWriter&) = delete;
@@ -52,6 +55,8 @@ public:
 
     void attribute(const char* name, const char* value);
     void leaf(const char* name, const std::string& text);
+    /// The document so far; of one without a file, or before the first piece went to it.
+    QByteArray bytes() const;
     /// An integer of any width and sign, in decimal.
     template <typename Number>
     void leaf(const char* name, Number value)
@@ -70,6 +75,7 @@ private:
     void writeFullPiece();
     void writePiece();
 
+    const bool m_inMemory;
     std::unique_ptr<std::FILE, CloseFile> m_file;
     tinyxml2::XMLPrinter m_printer;
 };

@@ -111,35 +111,6 @@ void resolveBufferNumbers(const TopologyIndex& topology, VirtualLinkPath& path)
         hop.buffernum = topology.bufferNumOfSwitch(hop.nodeID);
 }
 
-bool isTimeTriggered(const XMLElement* flow)
-{
-    const XMLElement* type = flow->FirstChildElement("type");
-    return type && QByteArray(type->GetText()) == "\"TT\"";
-}
-
-/// What the reading of flows looks things up in.
-class FlowSources
-{
-public:
-    explicit FlowSources(const PlanningContext& context) : topology(context)
-    {
-        for (const VirtualLink& virtualLink : context.virtualLinks)
-            m_virtualLinks.emplace(virtualLink.vlid, &virtualLink);
-    }
-
-    /// A copy of the paths of the first virtual link with this number; none without one.
-    std::list<VirtualLinkPath> pathsOfVirtualLink(quint16 vlid) const
-    {
-        const auto found = m_virtualLinks.find(vlid);
-        return found != m_virtualLinks.end() ? found->second->paths : std::list<VirtualLinkPath>();
-    }
-
-    const TopologyIndex topology;
-
-private:
-    std::unordered_map<quint16, const VirtualLink*> m_virtualLinks;
-};
-
 bool applyTalker(const TopologyIndex& topology, const XMLElement* talker, TTFlow& flow)
 {
     const quint32 talkerNode = topology.nodeIdOfName(quotedText(talker, "name"));
@@ -178,31 +149,15 @@ bool applyListeners(const TopologyIndex& topology, const XMLElement* element, TT
     return matched;
 }
 
-void refuseUnplannable(const TTFlow& flow)
+/// Throws for a flow from which nothing can be planned.
+void refuseUnplannable(const TTFlow& flow, FlowReading reading)
 {
-    if (flow.period == 0)
+    if (reading == FlowReading::PeriodZero)
         throw DocumentError(QStringLiteral("flow %1 has period 0").arg(flow.flowID));
-    if (flow.paths.empty()) {
+    if (reading == FlowReading::NoPath) {
         throw DocumentError(QStringLiteral("flow %1 has no path: virtual link %2 has none")
                                 .arg(QString::number(flow.flowID), QString::number(flow.vlid)));
     }
-}
-
-/// Appends the flow; false when it disagrees with its virtual link.
-bool readFlow(PlanningContext& context, const FlowSources& sources, const XMLElement* element)
-{
-    TTFlow flow;
-    flow.flowID = number16(element, "flowID");
-    flow.period = number32(element, "period");
-    flow.size = number16(element, "size");
-    flow.vlid = number16(element, "vlid");
-    flow.paths = sources.pathsOfVirtualLink(flow.vlid);
-    if (!applyTalker(sources.topology, requiredChild(element, "talker"), flow) ||
-        !applyListeners(sources.topology, element, flow))
-        return false;
-    refuseUnplannable(flow);
-    context.flows.push_back(std::move(flow));
-    return true;
 }
 
 qint32 readInputFile(PlanningContext& context, const QString& path)
@@ -277,15 +232,52 @@ qint32 readVirtualLinks(PlanningContext& context, const XMLElement* virtuallinks
 
 qint32 readFlows(PlanningContext& context, const XMLElement* flows)
 {
-    const FlowSources sources(context);
+    const FlowReader reader(context);
     for (const XMLElement* element = flows->FirstChildElement("flow"); element;
          element = element->NextSiblingElement()) {
-        if (isTimeTriggered(element) && !readFlow(context, sources, element)) {
+        TTFlow flow;
+        const FlowReading reading = reader.read(element, flow);
+        if (reading == FlowReading::WrongTalker || reading == FlowReading::UnknownListener) {
             qCDebug(planningLog) << "flow info does not match the virtual link information";
             return code::unreadable;
         }
+        refuseUnplannable(flow, reading);
+        if (reading == FlowReading::Taken)
+            context.flows.push_back(std::move(flow));
     }
     return code::ok;
+}
+
+FlowReader::FlowReader(const PlanningContext& context) : m_topology(context)
+{
+    for (const VirtualLink& virtualLink : context.virtualLinks)
+        m_virtualLinks.emplace(virtualLink.vlid, &virtualLink);
+}
+
+bool FlowReader::isTimeTriggered(const XMLElement* element)
+{
+    const XMLElement* type = element->FirstChildElement("type");
+    return type && QByteArray(type->GetText()) == "\"TT\"";
+}
+
+FlowReading FlowReader::read(const XMLElement* element, TTFlow& flow) const
+{
+    if (!isTimeTriggered(element))
+        return FlowReading::OtherType;
+    flow.flowID = number16(element, "flowID");
+    flow.period = number32(element, "period");
+    flow.size = number16(element, "size");
+    flow.vlid = number16(element, "vlid");
+    const auto virtualLink = m_virtualLinks.find(flow.vlid);
+    if (virtualLink != m_virtualLinks.end())
+        flow.paths = virtualLink->second->paths;
+    if (!applyTalker(m_topology, requiredChild(element, "talker"), flow))
+        return FlowReading::WrongTalker;
+    if (!applyListeners(m_topology, element, flow))
+        return FlowReading::UnknownListener;
+    if (flow.period == 0)
+        return FlowReading::PeriodZero;
+    return flow.paths.empty() ? FlowReading::NoPath : FlowReading::Taken;
 }
 
 VirtualLinkPath parseDatapath(const TopologyIndex& topology, const QString& text)

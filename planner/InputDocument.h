@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <unordered_map>
+
 namespace tinyxml2
 {
 class XMLElement;
@@ -31,6 +33,35 @@ qint32 readInputDocument(PlanningContext& context);
 qint32 readTopology(PlanningContext& context, const tinyxml2::XMLElement* topology);
 qint32 readVirtualLinks(PlanningContext& context, const tinyxml2::XMLElement* virtuallinks);
 qint32 readFlows(PlanningContext& context, const tinyxml2::XMLElement* flows);
+
+/// What the reading of flows makes of a flow element.
+enum class FlowReading {
+    Taken,
+    OtherType,       ///< passed over
+    WrongTalker,     ///< not the talker of its virtual link: ends the reading of flows
+    UnknownListener, ///< a listener ends no path of its virtual link: ends the reading of flows
+    PeriodZero,      ///< the document is refused
+    NoPath           ///< the document is refused
+};
+
+/// Reads the flow elements of a document one by one.
+///
+/// Refers to the context, whose topology and virtual links must have been read.
+class FlowReader
+{
+public:
+    explicit FlowReader(const PlanningContext& context);
+
+    /// Whether the element is of type TT; needs none of its parts.
+    static bool isTimeTriggered(const tinyxml2::XMLElement* element);
+
+    /// Fills the flow with what the element says; DocumentError for a missing element.
+    FlowReading read(const tinyxml2::XMLElement* element, TTFlow& flow) const;
+
+private:
+    TopologyIndex m_topology;
+    std::unordered_map<quint16, const VirtualLink*> m_virtualLinks; ///< the first of a number
+};
 
 /// Resolves a list of node names, talker first, listener last, to a path with its ports.
 ///

@@ -224,6 +224,23 @@ void writeHsDocument(const PlanningContext& context)
                [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
 }
 
+void takeInstances(TTPlanner& planner, const PlanningContext& context)
+{
+    planner.reset();
+    planner.slotLen = slotLength_us;
+    planner.schedCycle = static_cast<quint32>(context.clusterCycle);
+    for (const TTStreamInstance& instance : context.TTStreamInstanceList) {
+        // The document loses those of number 0 at the head of the list.
+        if (planner.TTStreamInstanceList.empty() && instance.flowID == 0)
+            continue;
+        planner.TTStreamInstanceList.push_back(instance);
+        for (const VirtualLinkPath& path : instance.paths) {
+            planner.hopBufferNum = path.talkerBuffernum;
+            planner.maxRxSlot = std::max(planner.maxRxSlot, path.schedrxwin.end);
+        }
+    }
+}
+
 qint32 readIntermediateDocument(TTPlanner& planner)
 {
     qCDebug(planningLog) << "finding vek_hs.xml----------";

@@ -16,6 +16,11 @@ std::string windowText(const SlotWindow& window);
 /// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
 void writeHsDocument(const PlanningContext& context);
 
+/// Gives the planner what reading the document of this context would give it, without a document.
+///
+/// Slot numbers and what the second stage does not know of a hop are left as they are.
+void takeInstances(TTPlanner& planner, const PlanningContext& context);
+
 /// Reads every file of the folder OutputXML whose complete base name is "vek_hs".
 ///
 /// Appends to TTStreamInstanceList and sets hopBufferNum, maxRxSlot, schedCycle and slotLen.

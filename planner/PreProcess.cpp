@@ -43,8 +43,7 @@ void append(std::vector<PeriodRun>& runs, const PeriodRun& run)
 
 /// One round: each period combined with the next one. Equal ones stay what they are, so that a
 /// round costs the number of runs and not that of flows.
-std::vector<PeriodRun> combineNeighbours(PlanningContext& context,
-                                         const std::vector<PeriodRun>& runs)
+std::vector<PeriodRun> combineNeighbours(quint64& cycle, const std::vector<PeriodRun>& runs)
 {
     std::vector<PeriodRun> combined;
     for (size_t i = 0; i < runs.size(); ++i) {
@@ -53,8 +52,8 @@ std::vector<PeriodRun> combineNeighbours(PlanningContext& context,
         if (i + 1 == runs.size())
             break;
         const quint32 b = runs[i + 1].period;
-        context.clusterCycle = quint64(a) * b / greatestCommonDivisor(a, b);
-        append(combined, {static_cast<quint32>(context.clusterCycle), 1});
+        cycle = quint64(a) * b / greatestCommonDivisor(a, b);
+        append(combined, {static_cast<quint32>(cycle), 1});
     }
     return combined;
 }
@@ -73,6 +72,31 @@ void logPeriods(const std::vector<PeriodRun>& runs)
         text += (separator + QString::number(run.period)).repeated(static_cast<int>(run.count));
     qCDebug(planningLog).noquote()
         << QStringLiteral("std::vector(") + text.mid(separator.size()) + QLatin1Char(')');
+}
+
+/// Combines the periods round by round, calling afterRound with what is left; see lcmReduce().
+template <typename AfterRound>
+void reducePeriods(quint64& cycle, const std::vector<quint32>& periods, AfterRound afterRound)
+{
+    std::vector<PeriodRun> runs;
+    for (const quint32 period : periods)
+        append(runs, {period, 1});
+    afterRound(runs);
+    for (size_t left = periods.size(); left > 1; --left) {
+        runs = combineNeighbours(cycle, runs);
+        afterRound(runs);
+    }
+    // A single value is the cycle, in the 32 bits that the rounds work with.
+    if (!runs.empty())
+        cycle = runs.front().period;
+}
+
+std::vector<quint32> periodsOf(const PlanningContext& context)
+{
+    std::vector<quint32> periods;
+    for (const TTFlow& flow : context.flows)
+        periods.push_back(flow.period);
+    return periods;
 }
 
 qint32 hopCount(const VirtualLinkPath& path)
@@ -133,7 +157,7 @@ TTStreamInstance makeInstance(const TTFlow& flow, quint32 number)
     TTStreamInstance instance;
     instance.flowID = flow.flowID;
     instance.vlid = flow.vlid;
-    instance.period = flow.period / static_cast<quint32>(slotLength_us);
+    instance.period = periodInSlots(flow);
     instance.size = flow.size;
     instance.paths = flow.paths;
     instance.seq = static_cast<quint16>(number);
@@ -145,14 +169,6 @@ TTStreamInstance makeInstance(const TTFlow& flow, quint32 number)
         shift(path.schedrxwin, offset);
     }
     return instance;
-}
-
-quint64 countInstances(const PlanningContext& context)
-{
-    quint64 count = 0;
-    for (const TTFlow& flow : context.flows)
-        count += context.clusterCycle / flow.period;
-    return count;
 }
 
 } // namespace
@@ -168,9 +184,9 @@ qint32 preProcess(PlanningContext& context)
     const qint32 windowResult = checkTimeWindows(context);
     if (windowResult != code::ok)
         return windowResult;
-    if (countInstances(context) > maxInstances) {
+    if (instanceCount(context) > maxInstances) {
         qCDebug(planningLog) << "planning: the cycle of" << context.clusterCycle << "us holds"
-                             << countInstances(context) << "transmissions, more than"
+                             << instanceCount(context) << "transmissions, more than"
                              << maxInstances;
         return code::unreadable;
     }
@@ -182,26 +198,30 @@ qint32 preProcess(PlanningContext& context)
 
 quint32 computeClusterCycle(PlanningContext& context)
 {
-    std::vector<quint32> periods;
-    for (const TTFlow& flow : context.flows)
-        periods.push_back(flow.period);
-    lcmReduce(context, periods);
+    lcmReduce(context, periodsOf(context));
     return static_cast<quint32>(context.clusterCycle);
+}
+
+quint32 clusterCycleOf(const PlanningContext& context)
+{
+    const std::vector<quint32> periods = periodsOf(context);
+    // Each round's values divide the multiple of all: where that fits, none of them is cut.
+    quint64 multiple = periods.empty() ? 0 : 1;
+    for (const quint32 period : periods) {
+        if (multiple <= std::numeric_limits<quint32>::max() && period > 0)
+            multiple =
+                multiple / greatestCommonDivisor(static_cast<quint32>(multiple), period) * period;
+        else
+            multiple = std::numeric_limits<quint64>::max();
+    }
+    if (multiple > std::numeric_limits<quint32>::max())
+        reducePeriods(multiple, periods, [](const std::vector<PeriodRun>&) {});
+    return static_cast<quint32>(multiple);
 }
 
 quint32 lcmReduce(PlanningContext& context, const std::vector<quint32>& periods)
 {
-    std::vector<PeriodRun> runs;
-    for (const quint32 period : periods)
-        append(runs, {period, 1});
-    logPeriods(runs);
-    for (size_t left = periods.size(); left > 1; --left) {
-        runs = combineNeighbours(context, runs);
-        logPeriods(runs);
-    }
-    // A single value is the cycle, in the 32 bits that the rounds work with.
-    if (!runs.empty())
-        context.clusterCycle = runs.front().period;
+    reducePeriods(context.clusterCycle, periods, &logPeriods);
     return static_cast<quint32>(context.clusterCycle);
 }
 
@@ -217,14 +237,18 @@ qint32 checkTimeWindows(PlanningContext& context)
 
 void limitReceiveWindows(PlanningContext& context)
 {
-    for (TTFlow& flow : context.flows) {
-        for (VirtualLinkPath& path : flow.paths) {
-            const qint32 hops = hopCount(path);
-            const qint32 longestWait = multiplySlots(context.switchBufferNum, hops);
-            SlotWindow& receive = path.schedrxwin;
-            receive.end = std::min(receive.end, addSlots(path.schedtxwin.end, longestWait));
-            receive.start = std::max(receive.start, addSlots(path.schedtxwin.start, hops));
-        }
+    for (TTFlow& flow : context.flows)
+        limitReceiveWindows(flow, context.switchBufferNum);
+}
+
+void limitReceiveWindows(TTFlow& flow, quint16 switchBufferNum)
+{
+    for (VirtualLinkPath& path : flow.paths) {
+        const qint32 hops = hopCount(path);
+        const qint32 longestWait = multiplySlots(switchBufferNum, hops);
+        SlotWindow& receive = path.schedrxwin;
+        receive.end = std::min(receive.end, addSlots(path.schedtxwin.end, longestWait));
+        receive.start = std::max(receive.start, addSlots(path.schedtxwin.start, hops));
     }
 }
 
@@ -235,12 +259,9 @@ qint32 limitSendWindows(PlanningContext& context)
         send.start = std::numeric_limits<qint32>::min();
         send.end = std::numeric_limits<qint32>::max();
         for (const VirtualLinkPath& path : flow.paths) {
-            const qint32 hops = hopCount(path);
-            const qint32 longestWait = multiplySlots(context.switchBufferNum, hops);
-            send.start = std::max({send.start, path.schedtxwin.start,
-                                   subtractSlots(path.schedrxwin.start, longestWait)});
-            send.end =
-                std::min({send.end, path.schedtxwin.end, subtractSlots(path.schedrxwin.end, hops)});
+            const SlotWindow allowed = sendWindowOf(path, context.switchBufferNum);
+            send.start = std::max(send.start, allowed.start);
+            send.end = std::min(send.end, allowed.end);
         }
         if (send.end < send.start) {
             qCDebug(planningLog) << send.start << send.end;
@@ -253,14 +274,40 @@ qint32 limitSendWindows(PlanningContext& context)
     return code::ok;
 }
 
+SlotWindow sendWindowOf(const VirtualLinkPath& path, quint16 switchBufferNum)
+{
+    const qint32 hops = hopCount(path);
+    const qint32 longestWait = multiplySlots(switchBufferNum, hops);
+    SlotWindow send;
+    send.start = std::max(path.schedtxwin.start, subtractSlots(path.schedrxwin.start, longestWait));
+    send.end = std::min(path.schedtxwin.end, subtractSlots(path.schedrxwin.end, hops));
+    return send;
+}
+
 void deriveBridgeWindows(PlanningContext& context)
 {
-    for (TTFlow& flow : context.flows) {
-        for (VirtualLinkPath& path : flow.paths)
-            deriveBridgeWindowsOfPath(path, context.switchBufferNum);
-    }
     for (TTFlow& flow : context.flows)
-        joinBranches(flow);
+        deriveBridgeWindows(flow, context.switchBufferNum);
+}
+
+void deriveBridgeWindows(TTFlow& flow, quint16 switchBufferNum)
+{
+    for (VirtualLinkPath& path : flow.paths)
+        deriveBridgeWindowsOfPath(path, switchBufferNum);
+    joinBranches(flow);
+}
+
+quint32 periodInSlots(const TTFlow& flow)
+{
+    return flow.period / static_cast<quint32>(slotLength_us);
+}
+
+quint64 instanceCount(const PlanningContext& context)
+{
+    quint64 count = 0;
+    for (const TTFlow& flow : context.flows)
+        count += context.clusterCycle / flow.period;
+    return count;
 }
 
 void expandInstances(PlanningContext& context)

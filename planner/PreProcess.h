@@ -25,6 +25,9 @@ qint32 preProcess(PlanningContext& context);
 /// flows.
 quint32 computeClusterCycle(PlanningContext& context);
 
+/// The same as computeClusterCycle() returns, leaving the context and the log alone.
+quint32 clusterCycleOf(const PlanningContext& context);
+
 /// Combines adjacent periods (microseconds) until one is left; leaves it in clusterCycle.
 ///
 /// Every intermediate value is cut to 32 bits. Without periods clusterCycle stays as it is.
@@ -35,12 +38,23 @@ qint32 checkTimeWindows(PlanningContext& context);
 
 /// Narrows each receive window by what the send window allows.
 void limitReceiveWindows(PlanningContext& context);
+void limitReceiveWindows(TTFlow& flow, quint16 switchBufferNum);
 
 /// Narrows the send windows of each flow to what all its paths allow; code::ok or code::refused.
 qint32 limitSendWindows(PlanningContext& context);
 
+/// The send window that one path of a flow allows; it ends before it starts when there is none.
+SlotWindow sendWindowOf(const VirtualLinkPath& path, quint16 switchBufferNum);
+
 /// Derives a send window for each switch of each path, then joins those that share a port.
 void deriveBridgeWindows(PlanningContext& context);
+void deriveBridgeWindows(TTFlow& flow, quint16 switchBufferNum);
+
+/// Slots by which an instance of the flow is behind the one before, rounded down.
+quint32 periodInSlots(const TTFlow& flow);
+
+/// How many instances the flows have in clusterCycle.
+quint64 instanceCount(const PlanningContext& context);
 
 /// Makes one instance per period of each flow in the cluster cycle.
 void expandInstances(PlanningContext& context);

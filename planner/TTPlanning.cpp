@@ -129,6 +129,16 @@ void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
     writeListeners(writer, instance);
 }
 
+void writeSchedule(DocumentWriter& writer, const TTPlanner& planner)
+{
+    const Element root(writer, "vek_output");
+    writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_output");
+    writer.leaf("schedCycle", planner.schedCycle);
+    writer.leaf("slotLen", planner.slotLen);
+    writeFlows(writer, planner.TTStreamInstanceList,
+               [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+}
+
 } // namespace
 
 qint32 TTPlanning(TTPlanner& planner)
@@ -138,14 +148,22 @@ qint32 TTPlanning(TTPlanner& planner)
     const qint32 readResult = readInstances(planner);
     if (readResult != code::ok)
         return readResult;
+    const qint32 planResult = planInstances(planner);
+    if (planResult != code::ok)
+        return planResult;
+    writeOutputDocument(planner);
+    qCDebug(planningLog) << "TTPlanning end----------";
+    return code::ok;
+}
+
+qint32 planInstances(TTPlanner& planner)
+{
     groupByPort(planner);
     const qint32 resolveResult = resolveAllConflicts(planner);
     if (resolveResult != code::ok)
         return resolveResult;
     giveBackWindows(planner);
     finalizeSlots(planner);
-    writeOutputDocument(planner);
-    qCDebug(planningLog) << "TTPlanning end----------";
     return code::ok;
 }
 
@@ -160,12 +178,14 @@ void finalizeSlots(TTPlanner& planner)
 void writeOutputDocument(const TTPlanner& planner)
 {
     DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_output.xml"));
-    const Element root(writer, "vek_output");
-    writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_output");
-    writer.leaf("schedCycle", planner.schedCycle);
-    writer.leaf("slotLen", planner.slotLen);
-    writeFlows(writer, planner.TTStreamInstanceList,
-               [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+    writeSchedule(writer, planner);
+}
+
+QByteArray outputDocument(const TTPlanner& planner)
+{
+    DocumentWriter writer;
+    writeSchedule(writer, planner);
+    return writer.bytes();
 }
 
 } // namespace planner

@@ -13,6 +13,11 @@ namespace planner
 /// conflict could not be resolved; no document is written then.
 qint32 TTPlanning(TTPlanner& planner);
 
+/// What the stage does between reading and writing, on the instances of the master list.
+///
+/// Returns code::ok with all slots set, or code::refused when a conflict could not be resolved.
+qint32 planInstances(TTPlanner& planner);
+
 /// Takes every slot from the start of its window.
 void finalizeSlots(TTPlanner& planner);
 
@@ -20,5 +25,8 @@ void finalizeSlots(TTPlanner& planner);
 ///
 /// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
 void writeOutputDocument(const TTPlanner& planner);
+
+/// The bytes of the same document.
+QByteArray outputDocument(const TTPlanner& planner);
 
 } // namespace planner

@@ -77,19 +77,29 @@ static bool readDocument(const QString& path,
     return true;
 }
 
+QStringList documentPaths(const DocumentPlace& place)
+{
+    QDir folder(QDir::currentPath());
+    QStringList paths;
+    if (!folder.cd(place.folder))
+        return paths;
+    for (const QString& entry : folder.entryList(QDir::Files)) {
+        if (QFileInfo(entry).completeBaseName() == place.baseName)
+            paths.append(folder.absoluteFilePath(entry));
+    }
+    return paths;
+}
+
 void forEachDocument(const DocumentPlace& place,
                      const std::function<void(const tinyxml2::XMLElement&)>& read)
 {
     const QByteArray failure = "load " + place.baseName.toUtf8() + ".xml failed!";
-    QDir folder(QDir::currentPath());
-    if (!folder.cd(place.folder)) {
+    if (!QDir(QDir::currentPath()).cd(place.folder)) {
         qDebug() << failure.constData();
         return;
     }
-    for (const QString& entry : folder.entryList(QDir::Files)) {
-        if (QFileInfo(entry).completeBaseName() != place.baseName)
-            continue;
-        if (!readDocument(folder.absoluteFilePath(entry), read)) {
+    for (const QString& path : documentPaths(place)) {
+        if (!readDocument(path, read)) {
             qDebug() << failure.constData();
             return;
         }

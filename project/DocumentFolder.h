@@ -2,7 +2,7 @@
 
 #include <tinyxml2.h>
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -38,6 +38,9 @@ void ensureDocumentFolder(const QString& folder);
 
 /// Removes a file of the folder outputFolder(); nothing happens when there is none.
 void removeOutput(const QString& fileName);
+
+/// Absolute paths of the documents of the place, by name; none when the folder is missing.
+QStringList documentPaths(const DocumentPlace& place);
 
 /// Loads every document of the place, by name, and hands its first element to read.
 ///

@@ -1,5 +1,6 @@
 #include "views/FlowListWindow.h"
 
+#include "views/FlowCaption.h"
 #include "views/FlowColorTable.h"
 #include "views/ItemDelegate.h"
 
@@ -58,8 +59,7 @@ void FlowListWindow::fillFlowList(const NodeInfo_Xml& table, int nodeID, int por
     for (auto flow = flows.cbegin(); flow != flows.cend(); ++flow) {
         int number = 0;
         for (auto slot = flow->cbegin(); slot != flow->cend(); ++slot, ++number) {
-            const ItemData texts{QStringLiteral(u"流id %1-%2").arg(flow.key()).arg(number),
-                                 slotTextOf(slot.key(), mode)};
+            const ItemData texts{flowCaption(flow.key(), number), slotTextOf(slot.key(), mode)};
             auto* card = new QStandardItem;
             card->setData(flowColor(flow.key()), Qt::UserRole);
             card->setData(QVariant::fromValue(texts), Qt::UserRole + 1);

@@ -1,11 +1,16 @@
 #include "views/TimeSlotInfo.h"
 
+#include "views/FlowCaption.h"
 #include "views/FlowColorTable.h"
 #include "widgets/CellWidget.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QProgressBar>
 #include <QStyle>
+#include <QToolTip>
+
+#include <iterator>
 
 namespace
 {
@@ -61,8 +66,10 @@ void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
     setSelectionMode(QAbstractItemView::SingleSelection);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     int row = rowCount();
+    rowFlows.resize(row);
     setRowCount(row + ports.size());
     for (auto port = ports.cbegin(); port != ports.cend(); ++port, ++row) {
+        rowFlows.append(*port);
         auto* item = new QTableWidgetItem(QStringLiteral(u"端口%1").arg(port.key()));
         item->setTextAlignment(Qt::AlignCenter);
         setItem(row, 0, item);
@@ -113,4 +120,46 @@ void TimeSlotInfo::showPorts(const PortSchedule& ports, int slotCount)
     }
     setUpdatesEnabled(true);
     updateEditorGeometries();
+}
+
+// ---- Tool tips
+
+QString TimeSlotInfo::toolTipAt(const QModelIndex& cell) const
+{
+    if (!cell.isValid() || cell.column() == 0 || cell.row() >= rowFlows.size())
+        return QString();
+    const int slot = cell.column() - 1;
+    const auto& flows = rowFlows.at(cell.row());
+    QStringList lines;
+    for (auto flow = flows.cbegin(); flow != flows.cend(); ++flow) {
+        const auto entry = flow->constFind(slot);
+        if (entry != flow->cend())
+            lines.append(flowCaption(flow.key(), int(std::distance(flow->cbegin(), entry))));
+    }
+    if (lines.size() > 1)
+        lines.append(QStringLiteral(u"多个流共用此时隙"));
+    return lines.join(QLatin1Char('\n'));
+}
+
+// The bar in a cell leaves its event to the viewport around it, with the position in there.
+bool TimeSlotInfo::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return CellTable::viewportEvent(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QModelIndex cell = indexAt(help->pos());
+    QToolTip::showText(help->globalPos(), toolTipAt(cell), viewport(), visualRect(cell));
+    return true;
+}
+
+void TimeSlotInfo::showToolTip(const QModelIndex& cell)
+{
+    const QRect rect = visualRect(cell);
+    QToolTip::showText(viewport()->mapToGlobal(rect.center()), toolTipAt(cell), viewport(), rect);
+}
+
+void TimeSlotInfo::keyPressEvent(QKeyEvent* event)
+{
+    CellTable::keyPressEvent(event);
+    showToolTip(currentIndex());
 }

@@ -30,7 +30,8 @@ static QList<FileNodeInfo> gridOfNodes(int count)
     for (int i = 0; i < count; ++i) {
         FileNodeInfo node;
         node.type = i % 2;
-        node.position = QPointF(i % columns * distance, i / columns * distance);
+        const int row = i / columns;
+        node.position = QPointF(i % columns * distance, row * distance);
         node.nodeName = nameOf(i);
         nodes.append(node);
     }

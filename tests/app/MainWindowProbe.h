@@ -17,6 +17,7 @@ struct MainWindowProbe {
         window.firstStage = stage;
     }
     void replaceSecondStage(qint32 (*stage)(planner::TTPlanner&)) { window.secondStage = stage; }
+    void replaceWindowSearch(WindowSearch search) { window.windowSearch = search; }
     int callAlgorithm() { return window.callAlgorithm(); }
     void planByUserInput() { window.planByUserInput(); }
     void fillNodeList(QListWidget* list) { window.fillNodeList(list, window.sendNodeInfo); }
@@ -31,6 +32,7 @@ struct MainWindowProbe {
     QList<FlowInfo>& flowInfoList() const { return window.flowInfoList; }
     VLineEditorForm* vLineEditorForm() const { return window.vLineEditorForm; }
     FlowEditorForm* flowEditorForm() const { return window.flowEditorForm; }
+    SynthesisForm* synthesisForm() const { return window.synthesisForm; }
     ShowVLineInfoForm* showVLineInfoForm() const { return window.showVLineInfoForm; }
     void addVLine(const VLineInfo& vLine) const { window.addVLineEditorTableItem(vLine); }
     void addFlow(const FlowInfo& flow) const { window.addFlowEditorTableItem(flow); }

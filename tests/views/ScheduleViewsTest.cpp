@@ -4,6 +4,7 @@
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/ToolTips.h"
 
 #include <QGroupBox>
 #include <QHeaderView>
@@ -71,6 +72,27 @@ static int count(const QImage& image, const QRect& part, const QColor& color)
     }
     return found;
 }
+
+/// A grid on the screen, asked for tool tips as the mouse does.
+struct ShownGrid {
+    TimeSlotInfo table{nullptr};
+
+    ShownGrid(const PortSchedule& ports, int slotCount)
+    {
+        table.resize(900, 200);
+        table.showPorts(ports, slotCount);
+        table.show();
+        if (!QTest::qWaitForWindowExposed(&table))
+            qFatal("the grid is not shown");
+    }
+    ~ShownGrid() { QToolTip::hideText(); }
+
+    QString toolTipAt(int row, int column)
+    {
+        askForToolTip(table, table.model()->index(row, column));
+        return QToolTip::text();
+    }
+};
 
 class ScheduleViewsTest : public QObject
 {
@@ -182,6 +204,49 @@ private slots:
         QVERIFY(table.cellWidget(0, 2));
         QVERIFY(table.isVisible());
         QVERIFY(table.updatesEnabled());
+    }
+
+    // ---- Tool tips
+
+    void usedCellNamesItsFlowAsTheCardsDo()
+    {
+        ShownGrid grid({{2, {{5, slotSet({1, 3})}}}, {7, {{6, slotSet({3})}}}}, 5);
+        QCOMPARE(grid.toolTipAt(0, 4), QStringLiteral(u"流id 5-1"));
+        QCOMPARE(grid.toolTipAt(1, 4), QStringLiteral(u"流id 6-0"));
+    }
+
+    void sharedSlotNamesAllItsFlowsAndSaysSo()
+    {
+        ShownGrid grid({{2, {{25, slotSet({3})}, {10, slotSet({1, 3})}}}}, 5);
+        QCOMPARE(grid.toolTipAt(0, 4), QStringLiteral(u"流id 10-1\n流id 25-0\n多个流共用此时隙"));
+    }
+
+    void unusedCellAndPortColumnHaveNoToolTip()
+    {
+        ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
+        for (int column : {3, 0}) {
+            QVERIFY(!grid.toolTipAt(0, 2).isEmpty());
+            QVERIFY(QToolTip::isVisible());
+            grid.toolTipAt(0, column);
+            QTRY_VERIFY(!QToolTip::isVisible());
+        }
+    }
+
+    void toolTipsFollowThePortsThatAreShown()
+    {
+        ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
+        grid.table.showPorts({{2, {{8, slotSet({1})}}}}, 5);
+        QCOMPARE(grid.toolTipAt(0, 2), QStringLiteral(u"流id 8-0"));
+    }
+
+    void walkingByKeysShowsToolTips()
+    {
+        ShownGrid grid({{2, {{5, slotSet({0})}}}}, 5);
+        grid.table.setCurrentCell(0, 0);
+        QTest::keyClick(&grid.table, Qt::Key_Right);
+        QCOMPARE(QToolTip::text(), QStringLiteral(u"流id 5-0"));
+        QTest::keyClick(&grid.table, Qt::Key_Right);
+        QTRY_VERIFY(!QToolTip::isVisible());
     }
 
     // ---- Many cells

@@ -1,5 +1,8 @@
 #include "tools/tour/DialogPictures.h"
 
+#include "app/PlanCheckForm.h"
+#include "app/SynthesisForm.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QPainter>
@@ -9,9 +12,10 @@
 #include <tuple>
 
 // Where dialogs stand in the pictures: in a row, their lower edges on one line, right of the tool
-// box.
+// box; above the docks when they speak of them.
 static constexpr int dialogsLeft = 320;
 static constexpr int dialogsRight = 1264;
+static constexpr int dialogsTop = 28;
 static constexpr int dialogsBottom = 758;
 static constexpr int dialogGap = 16;
 static constexpr int titleHeight = 26;
@@ -51,7 +55,9 @@ void arrangeDialogs()
         width += dialog->width() + dialogGap;
     int left = std::min(dialogsLeft, dialogsRight - width);
     for (QDialog* dialog : openDialogs()) {
-        dialog->move(left, dialogsBottom - dialog->height());
+        const bool isAboutTheDocks =
+            qobject_cast<PlanCheckForm*>(dialog) || qobject_cast<SynthesisForm*>(dialog);
+        dialog->move(left, isAboutTheDocks ? dialogsTop : dialogsBottom - dialog->height());
         left += dialog->width() + dialogGap;
     }
 }

@@ -4,6 +4,8 @@
 #include "app/ImportVekForm.h"
 #include "app/MainWindow.h"
 #include "app/OutportVekForm.h"
+#include "app/PlanCheckForm.h"
+#include "app/SynthesisForm.h"
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 #include "traffic/AddDstNodeForm.h"
@@ -14,6 +16,7 @@
 
 #include "tests/app/Studio.h"
 #include "tests/support/DialogClicks.h"
+#include "tests/support/ViewMenus.h"
 #include "tools/tour/DialogPictures.h"
 
 #include <QApplication>
@@ -28,6 +31,8 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTableView>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -50,6 +55,13 @@ template <typename Window>
 static bool isShown()
 {
     return visibleWindow<Window>() != nullptr;
+}
+
+/// Whether windows were found and can be adopted.
+static bool isSolved()
+{
+    auto* form = visibleWindow<SynthesisForm>();
+    return form && form->findChild<QPushButton*>(QStringLiteral("adoptButton"))->isEnabled();
 }
 
 static QStringList pathOf(const char* names)
@@ -89,12 +101,16 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addDrawingStages();
     addDrawnRunStages();
     addExchangeStages();
-    for (const char* example : {"avionics-line", "ring", "industrial-tree"})
-        addExampleStages(QString::fromUtf8(example));
+    addExampleStages(QStringLiteral("avionics-line"));
+    addExampleStages(QStringLiteral("ring"));
+    addExampleStages(QStringLiteral("industrial-tree"));
+    addExampleStages(QStringLiteral("succeeds-not-sound"));
+    addPlanCheckStages();
     addFailingExampleStages(
         {QStringLiteral("fails-window-check"), "1", pathOf("4000 5000"), pathOf("0 4600")});
     addFailingExampleStages(
         {QStringLiteral("fails-resolution"), "2", pathOf("0 200"), pathOf("200 600")});
+    addSolvingStages(QStringLiteral("busy-plant"));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
     connect(&m_timer, &QTimer::timeout, this, &Tour::look);
@@ -263,10 +279,49 @@ void Tour::addExampleStages(const QString& example)
                         [this] { return m_studio->probe.planInfoDock() != nullptr; }, [] {}});
 }
 
-// Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.
-void Tour::addFailingExampleStages(const FailingExample& example)
+// Opens the check of the plan that is shown, walks through its pages, and goes to the place of its
+// first finding.
+void Tour::addPlanCheckStages()
 {
-    const QString& name = example.name;
+    m_stages.push_back({QStringLiteral("plan-check-menu"), [] { return true; },
+                        [this] {
+                            auto* nodes = m_studio->probe.planInfoDock()->findChild<QListWidget*>();
+                            openMenuByMouse(*nodes, nodes->currentIndex());
+                        }});
+    m_stages.push_back({QStringLiteral("plan-check-menu-open"), &isShown<QMenu>,
+                        [] { chooseByMouse(openMenu(), openMenu()->actions().first()->text()); }});
+    m_stages.push_back({QStringLiteral("plan-check-findings"), &isShown<PlanCheckForm>,
+                        [this] { openPlanCheckPage(1); }});
+    m_stages.push_back(
+        {QStringLiteral("plan-check-load"), [] { return true; }, [this] { openPlanCheckPage(2); }});
+    m_stages.push_back({QStringLiteral("plan-check-latency"), [] { return true; },
+                        [this] { openPlanCheckPage(3); }});
+    m_stages.push_back({QStringLiteral("plan-check-buffers"), [] { return true; },
+                        [this] {
+                            openPlanCheckPage(0);
+                            goToFirstFinding();
+                        }});
+    m_stages.push_back({QStringLiteral("plan-check-place"), [] { return true; },
+                        [] { visibleWindow<PlanCheckForm>()->close(); }});
+}
+
+void Tour::openPlanCheckPage(int index)
+{
+    auto* bar = visibleWindow<PlanCheckForm>()->findChild<QTabBar*>();
+    QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(index).center());
+}
+
+// By Enter, so that the tool tip of its cell shows.
+void Tour::goToFirstFinding()
+{
+    auto* findings =
+        visibleWindow<PlanCheckForm>()->findChild<QTableView*>(QStringLiteral("findingTable"));
+    QTest::keyClick(findings, Qt::Key_Return);
+}
+
+// Opens an example and sees it fail.
+void Tour::addRefusalStages(const QString& name)
+{
     addOpeningStages(name);
     m_stages.push_back({name + QStringLiteral("-opened"), [] { return !isShown<QFileDialog>(); },
                         [this] {
@@ -282,6 +337,33 @@ void Tour::addFailingExampleStages(const FailingExample& example)
     m_stages.push_back({name + QStringLiteral("-schedule-dialog"), &isShown<FlowScheduleForm>,
                         [] { clickButton<FlowScheduleForm>("RotundaButton"); }});
     addOutcomeStage(name + QStringLiteral("-refused"));
+}
+
+// Opens an example, sees it fail, has its windows solved, and plans again.
+void Tour::addSolvingStages(const QString& name)
+{
+    addRefusalStages(name);
+    m_stages.push_back({name + QStringLiteral("-refusal-read"),
+                        [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
+                        [this] {
+                            auto* flows = m_studio->probe.flowTable();
+                            openMenuByMouse(*flows, flows->model()->index(0, 2));
+                        }});
+    m_stages.push_back({name + QStringLiteral("-menu"), &isShown<QMenu>,
+                        [] { chooseByMouse(openMenu(), openMenu()->actions().first()->text()); }});
+    m_stages.push_back({name + QStringLiteral("-solved"), &isSolved,
+                        [] { clickButton<SynthesisForm>("adoptButton"); }});
+    m_stages.push_back({name + QStringLiteral("-adopted"), [] { return !isShown<SynthesisForm>(); },
+                        [this] { m_studio->clickToolBar(QStringLiteral(u"调度规划")); }});
+    addRunStages(name);
+    m_stages.push_back({name + QStringLiteral("-schedule"), [] { return true; }, [] {}});
+}
+
+// Opens an example, sees it fail, replaces its second flow by a mended one, and plans again.
+void Tour::addFailingExampleStages(const FailingExample& example)
+{
+    const QString& name = example.name;
+    addRefusalStages(name);
     m_stages.push_back({name + QStringLiteral("-refusal-read"),
                         [] { return !isShown<QMessageBox>() && !isShown<FlowScheduleForm>(); },
                         [this, example] { mend(example); }});
@@ -410,7 +492,7 @@ void Tour::takePicture(const QString& name)
 {
     const QString path = QStringLiteral("%1/%2-%3.png")
                              .arg(m_pictures)
-                             .arg(++m_pictureCount, 2, 10, QLatin1Char('0'))
+                             .arg(++m_pictureCount, 3, 10, QLatin1Char('0'))
                              .arg(name);
     if (!screenPicture().save(path))
         qWarning().noquote() << "tour: cannot save" << path;

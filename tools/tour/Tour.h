@@ -50,6 +50,11 @@ private:
     void openFlowDialogs();
     void addOpeningStages(const QString& example);
     void addExampleStages(const QString& example);
+    void addPlanCheckStages();
+    void openPlanCheckPage(int index);
+    void goToFirstFinding();
+    void addRefusalStages(const QString& name);
+    void addSolvingStages(const QString& name);
     void addFailingExampleStages(const FailingExample& example);
     void mend(const FailingExample& example);
     void addRunStages(const QString& name);

@@ -1,0 +1,164 @@
+#include "tests/support/Documents.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/synthesis/EngineProof.h"
+#include "tests/synthesis/PlantedNetwork.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QtTest>
+
+// The program for many documents, run as a user runs it.
+class NarrowWindowsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_folder = std::make_unique<TemporaryFolder>(); }
+    void cleanup() { m_folder.reset(); }
+
+    void anExampleThatTheRulesRefuseIsPlannedAfterwards()
+    {
+        const QByteArray document = example("busy-plant");
+        const Result result = run(document);
+        QCOMPARE(result.code, 0);
+        QCOMPARE(result.lines,
+                 (QStringList{QStringLiteral("left out: flow element 60 is not of type TT"),
+                              QStringLiteral("found: 0 slots of waiting")}));
+        const ParsedNetwork before = parsed(document);
+        const ParsedNetwork after = parsed(readFile(QStringLiteral("out.xml")));
+        synthesis::Found plan;
+        for (const planner::TTFlow& flow : after.network.context.flows) {
+            plan.flows.push_back({flow.paths.front().schedtxwin, {}, 0});
+            QCOMPARE(flow.paths.front().schedtxwin.start, flow.paths.front().schedtxwin.end);
+            for (const planner::VirtualLinkPath& path : flow.paths)
+                plan.flows.back().receive.push_back(path.schedrxwin);
+        }
+        QCOMPARE(faultOf(before, plan), QString());
+    }
+
+    void allElseStaysByteForByte()
+    {
+        QCOMPARE(run(example("ring")).code, 0);
+        QCOMPARE(withoutWindows(readFile(QStringLiteral("out.xml"))),
+                 withoutWindows(example("ring")));
+    }
+
+    void aProofIsToldInOneLine_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("interval")
+            << QStringLiteral("fails-resolution")
+            << QStringLiteral("impossible: 2 transmissions need port 2 of SW1 in slots 1 to 1 "
+                              "(200 to 400 us): flows 1, 2");
+        QTest::newRow("slot") << QStringLiteral("fails-window-check")
+                              << QStringLiteral(
+                                     "impossible: flow 2 has no slot to receive for LOGGER: "
+                                     "not before 22, not after 19");
+    }
+    void aProofIsToldInOneLine()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, line);
+        const Result result = run(example(name.toUtf8().constData()));
+        QCOMPARE(result.code, 1);
+        QCOMPARE(result.lines, QStringList{line});
+        QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
+    }
+
+    void spentStepsAreNoProof()
+    {
+        PlantedStyle style;
+        style.windows = PlantedStyle::Tight;
+        style.flows = 80;
+        style.reach = 1;
+        const Result result = run(documentOf(plantedNetwork(style, 1).draft),
+                                  {QStringLiteral("--steps"), QStringLiteral("1")});
+        QCOMPARE(result.code, 2);
+        QCOMPARE(result.lines.size(), 1);
+        QVERIFY(result.lines.front().startsWith(
+            QStringLiteral("not found: the steps are spent; not placed: flows ")));
+        QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
+    }
+
+    void whatIsRefusedIsNamed_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("no document") << QByteArray("<a>") << QStringLiteral("refused: ");
+        QTest::newRow("damaged") << QByteArray("<a/>")
+                                 << QStringLiteral("refused: element \"topology\" is missing");
+        QByteArray document = example("fails-resolution");
+        QTest::newRow("shared number")
+            << document.replace("<flowID>2</flowID>", "<flowID>1</flowID>")
+            << QStringLiteral("refused: flow element 1 has the number of another flow");
+    }
+    void whatIsRefusedIsNamed()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(QString, line);
+        const Result result = run(document);
+        QCOMPARE(result.code, 3);
+        QVERIFY2(!result.lines.isEmpty() && result.lines.first().startsWith(line),
+                 qPrintable(result.lines.join(QLatin1Char('\n'))));
+        QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
+    }
+
+    void filesAndOptionsThatAreWrongAreRefused()
+    {
+        QCOMPARE(start({QStringLiteral("none.xml"), QStringLiteral("out.xml")}).code, 3);
+        QCOMPARE(start({QStringLiteral("none.xml")}).code, 3);
+        writeFile(QStringLiteral("in.xml"), example("ring"));
+        QCOMPARE(start({QStringLiteral("in.xml"), QStringLiteral("none/out.xml")}).code, 3);
+        QCOMPARE(start({QStringLiteral("in.xml"), QStringLiteral("out.xml"),
+                        QStringLiteral("--steps"), QStringLiteral("many")})
+                     .code,
+                 3);
+    }
+
+private:
+    struct Result {
+        int code = -1;
+        QStringList lines;
+    };
+
+    static QByteArray example(const char* name)
+    {
+        return readFile(QStringLiteral(ROTUNDA_SOURCE_FOLDER "/examples/%1/vek_input.xml")
+                            .arg(QString::fromUtf8(name)));
+    }
+
+    static Result start(const QStringList& arguments)
+    {
+        QProcess process;
+        process.start(QStringLiteral(ROTUNDA_NARROW_WINDOWS), arguments);
+        Result result;
+        if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+            return result;
+        result.code = process.exitCode();
+        result.lines = QString::fromUtf8(process.readAllStandardError())
+                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        return result;
+    }
+
+    static Result run(const QByteArray& document, const QStringList& options = {})
+    {
+        writeFile(QStringLiteral("in.xml"), document);
+        return start(QStringList{QStringLiteral("in.xml"), QStringLiteral("out.xml")} + options);
+    }
+
+    static QByteArrayList withoutWindows(const QByteArray& document)
+    {
+        QByteArrayList lines;
+        for (const QByteArray& line : document.split('\n')) {
+            if (!line.contains("xwin>"))
+                lines.append(line);
+        }
+        return lines;
+    }
+
+    std::unique_ptr<TemporaryFolder> m_folder;
+};
+
+QTEST_GUILESS_MAIN(NarrowWindowsTest)
+#include "NarrowWindowsTest.moc"

@@ -1,0 +1,223 @@
+#include "planner/InputDocument.h"
+
+#include "tests/support/RandomSource.h"
+#include "tests/synthesis/EngineProof.h"
+#include "tests/synthesis/TestNetwork.h"
+
+#include <QtTest>
+
+// Which flows are named before a search, and what is written back after it.
+
+using namespace synthesis;
+
+static QStringList path(const char* names)
+{
+    return QString::fromLatin1(names).split(QLatin1Char(','));
+}
+
+static QString window(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+static DraftFlow& addPlain(TestNetwork& network)
+{
+    return network.addFlow(path("A,S,T,Z"), 4000, window("[0,4000]"), window("[0,4000]"));
+}
+
+static QStringList named(const TestNetwork& network)
+{
+    static const QMap<Obstacle, const char*> names{{Obstacle::OtherType, "other type"},
+                                                   {Obstacle::WrongTalker, "wrong talker"},
+                                                   {Obstacle::UnknownListener, "unknown listener"},
+                                                   {Obstacle::BehindDisagreement, "behind"},
+                                                   {Obstacle::LeadingZero, "leading zero"},
+                                                   {Obstacle::PeriodZero, "period zero"},
+                                                   {Obstacle::NoPath, "no path"},
+                                                   {Obstacle::SharedNumber, "shared number"},
+                                                   {Obstacle::NoBuffers, "no buffers"},
+                                                   {Obstacle::PeriodBelowSlot, "period below slot"},
+                                                   {Obstacle::CycleTooLong, "cycle too long"}};
+    QStringList lines;
+    for (const ObstructedFlow& flow : parsed(documentOf(network.draft)).network.obstructed)
+        lines.append(QStringLiteral("%1 %2").arg(QString::number(flow.flow),
+                                                 QString::fromLatin1(names.value(flow.obstacle))));
+    return lines;
+}
+
+static WindowBounds boundsOf(const QString& text)
+{
+    const planner::SlotWindow raw = planner::parseSlotWindow(text);
+    return {raw.start, raw.end};
+}
+
+class NetworkDocumentTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void flowsAreNamedInDocumentOrder()
+    {
+        TestNetwork network;
+        addPlain(network).flowID = 0;
+        addPlain(network).type = QStringLiteral("\"RC\"");
+        addPlain(network);
+        addPlain(network).flowID = 3;
+        addPlain(network);
+        addPlain(network).talker = QStringLiteral("B");
+        addPlain(network);
+        addPlain(network).type = QStringLiteral("\"BE\"");
+        QCOMPARE(named(network).join(QStringLiteral(", ")),
+                 QStringLiteral("0 leading zero, 1 other type, 2 shared number, 3 shared number, "
+                                "5 wrong talker, 6 behind, 7 other type"));
+    }
+
+    void aListenerOffItsLinkCutsOffWhatIsBehind()
+    {
+        TestNetwork network;
+        addPlain(network);
+        addPlain(network).listeners.front().name = QStringLiteral("Y");
+        addPlain(network);
+        QCOMPARE(named(network).join(QStringLiteral(", ")),
+                 QStringLiteral("1 unknown listener, 2 behind"));
+        QVERIFY(parsed(documentOf(network.draft)).network.isSearchable());
+    }
+
+    void whatThePlanningRefusesIsNamed()
+    {
+        TestNetwork network;
+        addPlain(network).period = 0;
+        addPlain(network).listeners.clear();
+        network.draft.virtualLinks.back().paths.clear();
+        QCOMPARE(named(network).join(QStringLiteral(", ")),
+                 QStringLiteral("0 period zero, 1 no path"));
+        QVERIFY(!parsed(documentOf(network.draft)).network.isSearchable());
+    }
+
+    void buffersOfZeroAreNamedForAllFlows()
+    {
+        TestNetwork network;
+        addPlain(network);
+        network.addFlow(path("A,S,Y"), 4000, window("[0,4000]"), window("[0,4000]"));
+        network.draft.nodes.back().buffernum = 0;
+        QCOMPARE(named(network).join(QStringLiteral(", ")),
+                 QStringLiteral("0 no buffers, 1 no buffers"));
+    }
+
+    void aDocumentWithoutFlowsElementIsDamaged()
+    {
+        const InputNetwork network = parsed("<a><topology/></a>").network;
+        QVERIFY(!network.damage.isEmpty());
+        QVERIFY(!network.isSearchable());
+    }
+
+    void placesLeadBackToTheDocument()
+    {
+        TestNetwork network;
+        addPlain(network).type = QStringLiteral("\"RC\"");
+        addPlain(network);
+        addPlain(network).type = QStringLiteral("\"BE\"");
+        addPlain(network);
+        QCOMPARE(parsed(documentOf(network.draft)).network.places,
+                 (std::vector<std::size_t>{1, 3}));
+    }
+
+    void boundsAreReadAsTheirSlotsAndLieInsideTheOwnWindow()
+    {
+        RandomSource random(7);
+        for (int i = 0; i < 20000; ++i) {
+            const int low = random.between(-3000, 3000);
+            const WindowBounds own{low, low + random.between(0, 3000)};
+            planner::SlotWindow raw;
+            raw.start = own.low;
+            raw.end = own.high;
+            const planner::SlotWindow covered = planner::windowToSlots(raw);
+            for (qint32 slot = covered.start; slot <= covered.end; ++slot) {
+                planner::SlotWindow asked;
+                asked.start = slot;
+                asked.end = random.between(slot, covered.end);
+                const WindowBounds bounds = boundsOfSlots(asked, own);
+                QVERIFY(bounds.low >= own.low && bounds.high <= own.high);
+                const planner::SlotWindow read =
+                    planner::windowToSlots(planner::parseSlotWindow(bounds.text()));
+                QVERIFY2(read == asked, qPrintable(bounds.text()));
+            }
+        }
+    }
+
+    void boundsReachTheLargestNumbers()
+    {
+        const WindowBounds own{0, 2147483647};
+        planner::SlotWindow last;
+        last.start = last.end = 10737418;
+        const WindowBounds bounds = boundsOfSlots(last, own);
+        QCOMPARE(bounds.text(), QStringLiteral("[2147483600,2147483647]"));
+        QVERIFY(planner::windowToSlots(planner::parseSlotWindow(bounds.text())) == last);
+    }
+
+    void narrowedWindowsTellBeforeAndAfter()
+    {
+        TestNetwork network;
+        addPlain(network).type = QStringLiteral("\"RC\"");
+        network.addFlow(path("A,S,T,Z"), 4000, window("[150,4000]"), window("[0,1250]"));
+        network.addListener(path("A,S,Y"), window("[0,1040]"));
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
+        const auto flows = narrowedWindows(*read.document, read.network, plan);
+        QCOMPARE(flows.size(), std::size_t(1));
+        QCOMPARE(flows.front().place, std::size_t(1));
+        QCOMPARE(flows.front().send.before.text(), QStringLiteral("[150,4000]"));
+        QCOMPARE(flows.front().send.after.text(), QStringLiteral("[200,400]"));
+        QCOMPARE(flows.front().listeners.size(), std::size_t(2));
+        QCOMPARE(flows.front().listeners[0].window.after.text(), QStringLiteral("[600,800]"));
+        QCOMPARE(flows.front().listeners[1].window.before.text(), QStringLiteral("[0,1040]"));
+        QCOMPARE(flows.front().listeners[1].window.after.text(), QStringLiteral("[400,600]"));
+    }
+
+    void onlyTheLastElementForAListenerIsNarrowed()
+    {
+        TestNetwork network;
+        addPlain(network);
+        network.draft.flows.back().listeners.insert(network.draft.flows.back().listeners.begin(),
+                                                    {QStringLiteral("Z"), window("[7,8]")});
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
+        const auto flows = narrowedWindows(*read.document, read.network, plan);
+        QCOMPARE(flows.front().listeners.size(), std::size_t(1));
+        QCOMPARE(flows.front().listeners.front().place, std::size_t(1));
+    }
+
+    void nothingButWindowsIsWrittenAnew()
+    {
+        TestNetwork network;
+        addPlain(network).type = QStringLiteral("\"RC\"");
+        addPlain(network);
+        network.addFlow(path("B,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        tinyxml2::XMLPrinter printer;
+        read.document->Print(&printer);
+        const QByteArray before = printer.CStr();
+        const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
+        const QByteArray after = narrowedDocument(*read.document, read.network, plan);
+        const QList<QByteArray> oldLines = before.split('\n');
+        const QList<QByteArray> newLines = after.split('\n');
+        QCOMPARE(oldLines.size(), newLines.size());
+        int changed = 0;
+        for (int i = 0; i < oldLines.size(); ++i) {
+            if (oldLines[i] == newLines[i])
+                continue;
+            ++changed;
+            QVERIFY(newLines[i].trimmed().startsWith("<txwin>") ||
+                    newLines[i].trimmed().startsWith("<rxwin>"));
+        }
+        QCOMPARE(changed, 4);
+        // The document itself is left alone.
+        tinyxml2::XMLPrinter again;
+        read.document->Print(&again);
+        QCOMPARE(QByteArray(again.CStr()), before);
+        QCOMPARE(boundsOf(window("[5,6]")).text(), window("[5,6]"));
+    }
+};
+
+QTEST_GUILESS_MAIN(NetworkDocumentTest)
+#include "NetworkDocumentTest.moc"

@@ -1,0 +1,316 @@
+#include "tests/support/LogCapture.h"
+#include "tests/synthesis/EngineProof.h"
+#include "tests/synthesis/PlantedNetwork.h"
+#include "tests/synthesis/TestNetwork.h"
+
+#include <QtTest>
+
+// What a search answers on networks that can be counted by hand, and how it is stopped.
+
+using namespace synthesis;
+
+static QStringList path(const char* names)
+{
+    return QString::fromLatin1(names).split(QLatin1Char(','));
+}
+
+static QString window(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+static Outcome search(const TestNetwork& network, const Options& options = {})
+{
+    return synthesizeWindows(parsed(documentOf(network.draft)).network.context, options);
+}
+
+/// Two talkers whose frames must leave S for T in the same slot.
+static TestNetwork crowded()
+{
+    TestNetwork network;
+    network.addFlow(path("A,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
+    network.addFlow(path("B,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
+    return network;
+}
+
+/// A network on which the first quick search does not end.
+static ParsedNetwork hardNetwork()
+{
+    PlantedStyle style;
+    style.windows = PlantedStyle::Tight;
+    style.flows = 80;
+    style.reach = 1;
+    return parsed(documentOf(plantedNetwork(style, 1).draft));
+}
+
+class WindowSynthesisTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void withoutFlowsThereIsAnEmptyPlan()
+    {
+        const Outcome outcome = search(TestNetwork());
+        QVERIFY(std::holds_alternative<Found>(outcome));
+        QVERIFY(std::get<Found>(outcome).flows.empty());
+    }
+
+    void aFlowAloneIsSentWithoutWaiting()
+    {
+        TestNetwork network;
+        network.addFlow(path("A,S,T,Z"), 2000, window("[400,2000]"), window("[0,4000]"));
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.waiting, qint64(0));
+        QVERIFY(!plan.restsOnResolution);
+        QCOMPARE(plan.flows.front().send.start, 2);
+        QCOMPARE(plan.flows.front().send.end, 2);
+        QCOMPARE(plan.flows.front().receive.front().start, 4);
+        QCOMPARE(plan.flows.front().receive.front().end, 4);
+    }
+
+    void aFrameWaitsWhereItsListenerIsNotReadyBefore()
+    {
+        TestNetwork network;
+        network.addFlow(path("A,S,T,Z"), 4000, window("[0,200]"), window("[1000,2000]"));
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.flows.front().send.start, 0);
+        QCOMPARE(plan.flows.front().receive.front().start, 5);
+        QCOMPARE(plan.waiting, qint64(3));
+    }
+
+    void twoFramesOfOneSlotGetTwo()
+    {
+        TestNetwork network = crowded();
+        network.draft.flows.back().txwin = window("[0,400]");
+        network.draft.flows.back().listeners.back().rxwin = window("[0,800]");
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.flows[0].send.start, 0);
+        QCOMPARE(plan.flows[1].send.start, 1);
+    }
+
+    void slotsAreComparedOverTheCycle()
+    {
+        // Slot 10 of a cycle of ten slots is slot 0 again.
+        TestNetwork network;
+        network.addFlow(path("A,S,T,Z"), 2000, window("[0,200]"), window("[0,600]"));
+        network.addFlow(path("B,S,T,Z"), 2000, window("[2000,2200]"), window("[2000,2600]"));
+        const auto proof = std::get<Overfull>(search(network));
+        QCOMPARE(proof.flows, (std::vector<std::size_t>{0, 1}));
+        QCOMPARE(proof.interval.start, 1);
+        QCOMPARE(proof.interval.end, 1);
+    }
+
+    void aCycleThatEndsInsideASlotIsComparedInMicroseconds()
+    {
+        // Slot 2 lasts to 600 us, a cycle of 500 us repeats slot 0 from 500 us on.
+        TestNetwork network;
+        network.addFlow(path("A,S,Y"), 500, window("[0,200]"), window("[0,400]"));
+        network.addFlow(path("A,S,Y"), 500, window("[400,600]"), window("[400,800]"));
+        QVERIFY(!std::holds_alternative<Found>(search(network)));
+        network.draft.flows.back().txwin = window("[200,600]");
+        network.draft.flows.back().listeners.back().rxwin = window("[200,800]");
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.flows.back().send.start, 1);
+    }
+
+    void branchesShareTheirWay()
+    {
+        TestNetwork network;
+        network.addFlow(path("A,S,T,Z"), 2000, window("[0,2000]"), window("[0,2000]"));
+        network.addListener(path("A,S,Y"), window("[0,2000]"));
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.flows.front().receive[0].start, plan.flows.front().send.start + 2);
+        QCOMPARE(plan.flows.front().receive[1].start, plan.flows.front().send.start + 1);
+    }
+
+    void aFlowWithoutASlotIsNamedWithItsListener()
+    {
+        TestNetwork network;
+        network.addFlow(path("B,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        network.addFlow(path("A,S,Y"), 4000, window("[1000,2000]"), window("[0,4000]"));
+        network.addListener(path("A,S,T,Z"), window("[0,1200]"));
+        const auto proof = std::get<NoSlot>(search(network));
+        QCOMPARE(proof.flow, std::size_t(1));
+        QCOMPARE(proof.earliestPath, std::size_t(1));
+        QCOMPARE(proof.latestPath, std::size_t(1));
+        QCOMPARE(proof.side, NoSlot::Receive);
+        QCOMPARE(proof.earliest, 7);
+        QCOMPARE(proof.latest, 5);
+    }
+
+    void twoListenersThatCannotBothBeServedAreNamed()
+    {
+        TestNetwork network;
+        network.addFlow(path("A,S,Y"), 8000, window("[0,8000]"), window("[0,1000]"));
+        network.addListener(path("A,S,T,Z"), window("[4000,8000]"));
+        const auto proof = std::get<NoSlot>(search(network));
+        QCOMPARE(proof.side, NoSlot::Send);
+        QCOMPARE(proof.earliestPath, std::size_t(1));
+        QCOMPARE(proof.latestPath, std::size_t(0));
+        QCOMPARE(proof.earliest, 12); // full buffers before slot 20
+        QCOMPARE(proof.latest, 3);
+    }
+
+    void moreFramesThanSlotsAreNamedWithTheirPort()
+    {
+        const auto proof = std::get<Overfull>(search(crowded()));
+        QCOMPARE(int(proof.nodeID), 4);
+        QCOMPARE(int(proof.outport), 3);
+        QCOMPARE(proof.transmissions, std::size_t(2));
+        QCOMPARE(proof.interval.start, 1);
+        QCOMPARE(proof.interval.end, 1);
+    }
+
+    void framesThatOnlyJustFitAreNoProof()
+    {
+        TestNetwork network = crowded();
+        network.draft.flows.back().txwin = window("[200,400]");
+        network.draft.flows.back().listeners.back().rxwin = window("[600,800]");
+        QVERIFY(std::holds_alternative<Found>(search(network)));
+    }
+
+    void whatCannotBeSearchedIsRefused_data()
+    {
+        QTest::addColumn<int>("obstacle");
+        QTest::newRow("shared number") << int(Obstacle::SharedNumber);
+        QTest::newRow("no buffers") << int(Obstacle::NoBuffers);
+        QTest::newRow("period below a slot") << int(Obstacle::PeriodBelowSlot);
+        QTest::newRow("cycle too long") << int(Obstacle::CycleTooLong);
+    }
+    void whatCannotBeSearchedIsRefused()
+    {
+        QFETCH(int, obstacle);
+        TestNetwork network;
+        network.addFlow(path("A,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        DraftFlow& flow =
+            network.addFlow(path("B,S,T,Z"), 2000, window("[0,2000]"), window("[0,2000]"));
+        std::vector<std::size_t> named{1};
+        switch (Obstacle(obstacle)) {
+        case Obstacle::SharedNumber:
+            flow.flowID = 1;
+            named = {0, 1};
+            break;
+        case Obstacle::NoBuffers:
+            network.draft.nodes.back().buffernum = 0;
+            std::swap(network.draft.nodes[4], network.draft.nodes[5]); // T is no longer the last
+            for (DraftLink& link : network.draft.links) {
+                for (int* end : {&link.a, &link.b})
+                    *end = *end == 4 ? 5 : *end == 5 ? 4 : *end;
+            }
+            break;
+        case Obstacle::PeriodBelowSlot:
+            flow.period = 100;
+            break;
+        default:
+            network.draft.flows.front().period = 1999993;
+            flow.period = 1999979;
+            named = {0, 1};
+        }
+        const auto refused = std::get<Refused>(search(network));
+        QCOMPARE(refused.flows.size(), named.size());
+        for (std::size_t i = 0; i < named.size(); ++i) {
+            QCOMPARE(refused.flows[i].flow, named[i]);
+            QCOMPARE(int(refused.flows[i].obstacle), obstacle);
+        }
+    }
+
+    void flowsThatTheDocumentsLoseTakeNoSlots()
+    {
+        TestNetwork network = crowded();
+        network.draft.flows.front().flowID = 0;
+        const auto plan = std::get<Found>(search(network));
+        QCOMPARE(plan.flows[0].send.start, 0); // as it was
+        QCOMPARE(plan.flows[1].send.start, 0);
+    }
+
+    void aSearchIsStoppedBetweenSteps()
+    {
+        const ParsedNetwork network = hardNetwork();
+        int calls = 0;
+        Options options;
+        options.progress = [&calls](const Progress& progress) {
+            return ++calls < 3 && progress.placed <= progress.total;
+        };
+        QVERIFY(
+            std::holds_alternative<Stopped>(synthesizeWindows(network.network.context, options)));
+        QCOMPARE(calls, 3);
+    }
+
+    void anySearchCanBeStoppedAtItsFirstReport()
+    {
+        Options options;
+        options.progress = [](const Progress&) { return false; };
+        TestNetwork network;
+        network.addFlow(path("A,S,Y"), 2000, window("[0,2000]"), window("[0,2000]"));
+        QVERIFY(std::holds_alternative<Stopped>(search(network, options)));
+    }
+
+    void stepsOnlyGrowAndEndWithTheBudget()
+    {
+        const ParsedNetwork network = hardNetwork();
+        quint64 last = 0;
+        Options options;
+        options.steps = 10000000;
+        options.progress = [&last](const Progress& progress) {
+            const bool grows = progress.steps >= last;
+            last = progress.steps;
+            return grows && progress.total == 80;
+        };
+        const auto spent =
+            std::get<BudgetSpent>(synthesizeWindows(network.network.context, options));
+        QVERIFY(!spent.unplaced.empty());
+        QVERIFY(std::is_sorted(spent.unplaced.begin(), spent.unplaced.end()));
+        QVERIFY(last > 0);
+    }
+
+    void sameNetworkGivesTheSamePlan()
+    {
+        PlantedStyle style;
+        style.windows = PlantedStyle::Tight;
+        style.flows = 80;
+        style.reach = 2;
+        style.multicastPercent = 30;
+        for (quint64 seed = 1; seed <= 5; ++seed) {
+            const ParsedNetwork network = parsed(documentOf(plantedNetwork(style, seed).draft));
+            Options options;
+            options.steps = 5000000; // some of them end because these are spent
+            options.isFaultless = judgeFor(network);
+            const Outcome a = synthesizeWindows(network.network.context, options);
+            const Outcome b = synthesizeWindows(network.network.context, options);
+            QCOMPARE(a.index(), b.index());
+            if (const auto* plan = std::get_if<Found>(&a))
+                QCOMPARE(narrowedDocument(*network.document, network.network, *plan),
+                         narrowedDocument(*network.document, network.network, std::get<Found>(b)));
+        }
+    }
+
+    void searchLeavesNoLineOfARunInTheLog()
+    {
+        const ParsedNetwork network = hardNetwork();
+        const LogCapture log;
+        Options options;
+        options.steps = 50000000;
+        options.isFaultless = judgeFor(network);
+        synthesizeWindows(network.network.context, options);
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void withoutAJudgeNothingRestsOnResolution()
+    {
+        PlantedStyle style;
+        style.windows = PlantedStyle::Tight;
+        style.flows = 80;
+        style.reach = 1;
+        const ParsedNetwork network = parsed(documentOf(plantedNetwork(style, 4).draft));
+        Options options;
+        const auto spent =
+            std::get<BudgetSpent>(synthesizeWindows(network.network.context, options));
+        QVERIFY(spent.noneWithoutOverlap);
+        options.isFaultless = judgeFor(network);
+        const auto plan = std::get<Found>(synthesizeWindows(network.network.context, options));
+        QVERIFY(plan.restsOnResolution);
+    }
+};
+
+QTEST_GUILESS_MAIN(WindowSynthesisTest)
+#include "WindowSynthesisTest.moc"

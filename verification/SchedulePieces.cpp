@@ -1,0 +1,69 @@
+#include "verification/SchedulePieces.h"
+
+#include "verification/TextScan.h"
+
+#include <cstring>
+
+namespace verification
+{
+
+SchedulePieces::SchedulePieces(const QByteArray& bytes)
+    : m_bytes(bytes),
+      m_frame(true, tinyxml2::PRESERVE_WHITESPACE)
+{
+    m_isUsual = takeApart();
+}
+
+// Comments, declarations and the like can hide what looks like an element, and a null character
+// ends a document early. Inside of an instance they are left to whoever parses it.
+bool SchedulePieces::takeApart()
+{
+    const int flowsBegin = m_bytes.indexOf("<flows");
+    if (flowsBegin < 0)
+        return false;
+    const char* place = m_bytes.constData() + flowsBegin;
+    if (!skipText(place, "<flows>"))
+        return false;
+    const char* begin = place;
+    while (skipText(place, "<flow>")) {
+        if (!takeFlow(place))
+            return false;
+    }
+    const char* flowsEnd = place;
+    if (!skipText(flowsEnd, "</flows>"))
+        return false;
+    const auto headLength = static_cast<int>(begin - m_bytes.constData());
+    const auto tailBegin = static_cast<int>(place - m_bytes.constData());
+    return parseFrame(m_bytes.left(headLength) + m_bytes.mid(tailBegin));
+}
+
+// What stands behind the flows is the end of the root and nothing else.
+bool SchedulePieces::parseFrame(const QByteArray& frame)
+{
+    const int flowsEnd = frame.indexOf("</flows>");
+    if (flowsEnd < 0 || frame.mid(flowsEnd).count('<') != 2 || frame.contains("<!") ||
+        frame.contains("<?") || frame.contains('\0'))
+        return false;
+    const tinyxml2::XMLError error =
+        m_frame.Parse(frame.constData(), static_cast<size_t>(frame.size()));
+    const tinyxml2::XMLElement* root = m_frame.FirstChildElement();
+    return error == tinyxml2::XML_SUCCESS && root && root->FirstChildElement("flows");
+}
+
+bool SchedulePieces::takeFlow(const char*& place)
+{
+    static const char instanceEnd[] = "</Instance>";
+    while (!skipText(place, "</flow>")) {
+        const char* begin = place;
+        if (!skipText(place, "<Instance>"))
+            return false;
+        const int end = m_bytes.indexOf(instanceEnd, static_cast<int>(place - m_bytes.constData()));
+        if (end < 0)
+            return false;
+        place = m_bytes.constData() + end + std::strlen(instanceEnd);
+        m_instances.push_back({begin, static_cast<size_t>(place - begin)});
+    }
+    return true;
+}
+
+} // namespace verification

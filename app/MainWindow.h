@@ -153,6 +153,7 @@ private:
     void ensureVLineDock();
     void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
+    void shareRoomAmongDocks();
     void forgetGoneNodes(const GoneNodes& nodes);
     void showPaths(int row);
     void showStatus(const QString& text);

@@ -68,6 +68,30 @@ void MainWindow::planInfo()
     planInfoDock = createPlanInfoDock();
     updateNodeInfo();
     addDockWidget(Qt::BottomDockWidgetArea, planInfoDock);
+    shareRoomAmongDocks();
+}
+
+// The drawing keeps more than half of the height, and the schedule takes the width that its many
+// columns need from the tables beside it.
+void MainWindow::shareRoomAmongDocks()
+{
+    constexpr int tablesPercent = 30;
+    constexpr int schedulePercent = 42;
+    const int heightPercent = planInfoDock ? schedulePercent : tablesPercent;
+    QList<QDockWidget*> docks;
+    QList<int> widths;
+    for (QDockWidget* tables : {vLineDock, flowDock}) {
+        if (!tables)
+            continue;
+        docks.append(tables);
+        widths.append(1);
+    }
+    if (planInfoDock) {
+        docks.append(planInfoDock);
+        widths.append(width());
+        resizeDocks(docks, widths, Qt::Horizontal);
+    }
+    resizeDocks({docks.last()}, {height() * heightPercent / 100}, Qt::Vertical);
 }
 
 void MainWindow::changeStackedWidgetPage(int index)

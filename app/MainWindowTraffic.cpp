@@ -84,6 +84,8 @@ void MainWindow::addTrafficDock(QDockWidget* dock)
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     if (vLineDock && flowDock)
         tabifyDockWidget(vLineDock, flowDock);
+    dock->raise();
+    shareRoomAmongDocks();
 }
 
 void MainWindow::vLineEditor()

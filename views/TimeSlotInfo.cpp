@@ -34,11 +34,12 @@ private:
     int m_column;
 };
 
-/// As wide as the label of a slot of four digits needs.
+/// As wide as the label of a slot of four digits needs; half of the usual margins, as columns are
+/// many.
 int columnWidthFor(const QHeaderView* header)
 {
     const int margin = header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
-    return header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999")) + 4 * margin;
+    return header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999")) + margin;
 }
 
 } // namespace

@@ -125,6 +125,17 @@ private slots:
         QCOMPARE(table.styleSheet(), QStringLiteral("QTableWidget::item{padding:0px;}"));
     }
 
+    void columnHasRoomForASlotOfFourDigits()
+    {
+        TimeSlotInfo table(nullptr);
+        table.setupSlotTable({{0, {}}}, 10000);
+        const QHeaderView* header = table.horizontalHeader();
+        const int needed = header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999"));
+        QVERIFY(header->sectionSize(9999) > needed);
+        QVERIFY(header->sectionSize(9999) < 2 * needed);
+        QCOMPARE(header->sectionSize(10000), header->sectionSize(1));
+    }
+
     void nodeWithoutPortsGivesHeadersOnly()
     {
         TimeSlotInfo table(nullptr);
@@ -308,6 +319,16 @@ private slots:
     }
 
     // ---- Cards
+
+    void titleOfTheCardsIsLegibleOnADarkDesktop()
+    {
+        const QPalette before = QApplication::palette();
+        QApplication::setPalette(QPalette(QColor(50, 50, 50), QColor(30, 30, 30)));
+        const FlowListWindow window(nullptr);
+        const auto* box = window.findChild<QGroupBox*>();
+        QCOMPARE(box->palette().color(QPalette::WindowText), QColor(Qt::black));
+        QApplication::setPalette(before);
+    }
 
     void eachSlotOfAFlowIsACard()
     {

@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "app/FormPlace.h"
 #include "app/SynthesisForm.h"
 #include "app/ViewMenu.h"
 #include "topology/SingleDialog.h"
@@ -38,8 +39,7 @@ void MainWindow::showSynthesisForm()
     for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(flowTable->model(), changed, synthesisForm, &SynthesisForm::markOutdated);
     synthesisForm->setModal(false);
-    // Over the drawing, so that the flow table stays in view.
-    synthesisForm->move(mapToGlobal(QPoint(qMax(0, width() - synthesisForm->width()), 0)));
+    placeOverDrawing(synthesisForm, this); // it speaks of the flow table below
     synthesisForm->show();
     synthesisForm->start();
 }

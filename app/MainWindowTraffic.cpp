@@ -207,6 +207,7 @@ void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
     vLineInfoList.clear();
     for (const FileVLineInfo& record : qAsConst(records))
         addVLineEditorTableItem(vLineOf(record));
+    vLineTable->scrollToTop();
 }
 
 // ---- Flows
@@ -258,4 +259,5 @@ void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
     flowInfoList.clear();
     for (const FlowInfo& flow : qAsConst(flows))
         addFlowEditorTableItem(flow);
+    flowTable->scrollToTop();
 }

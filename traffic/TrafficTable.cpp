@@ -22,6 +22,8 @@ QTableWidget* createTrafficTable(const QStringList& headers, const QList<int>& w
     for (int column = 0; column < widths.size(); ++column)
         table->setColumnWidth(column, widths.at(column));
     table->setHorizontalHeaderLabels(headers);
+    for (int column = 0; column < headers.size(); ++column)
+        table->horizontalHeaderItem(column)->setToolTip(headers.at(column));
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     // Each selected range deletes its rows: two cells of one row would take a second row with it.
     table->setSelectionBehavior(QAbstractItemView::SelectRows);

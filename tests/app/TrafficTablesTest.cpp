@@ -156,11 +156,23 @@ private slots:
         QVERIFY(table->viewport()->rect().contains(last));
     }
 
+    void openedTablesShowTheirBeginning()
+    {
+        FilledStudio studio(60);
+        const QList<FlowInfo> flows = studio.probe.flowInfoList();
+        studio.probe.addFlowsOfProject(flows);
+        QCOMPARE(studio.probe.flowTable()->rowAt(0), 0);
+    }
+
     void textsThatMayBeCutAreShownInFullByToolTips()
     {
         FilledStudio studio(1);
         QTableWidget* table = studio.probe.flowTable();
         QVERIFY(!table->wordWrap());
+        for (int column = 0; column < table->columnCount(); ++column) {
+            const QTableWidgetItem* header = table->horizontalHeaderItem(column);
+            QCOMPARE(header->toolTip(), header->text());
+        }
         for (int column = 0; column < 7; ++column)
             QCOMPARE(table->item(0, column)->toolTip(), table->item(0, column)->text());
         auto* box = qobject_cast<QComboBox*>(table->cellWidget(0, 7));

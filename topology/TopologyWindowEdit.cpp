@@ -206,6 +206,7 @@ void TopologyWindow::handleFontChange()
 
 void TopologyWindow::currentFontChanged(QFont)
 {
+    fontCombo->lineEdit()->home(false); // a name is read from its beginning
     handleFontChange();
 }
 

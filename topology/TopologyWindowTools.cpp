@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QIntValidator>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QToolBar>
@@ -193,6 +194,7 @@ void TopologyWindow::createToolbars()
     createColorToolBar();
     createPointerToolBar();
     fontSizeCombo->setCurrentIndex(1);
+    fontCombo->lineEdit()->home(false);
     handleFontChange();
 }
 

@@ -3,8 +3,10 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QScreen>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <cstdlib>
@@ -135,6 +137,24 @@ private slots:
     }
 
     // ---- Mouse
+
+    void nodeTellsItsNameInFull()
+    {
+        Editor editor;
+        const QPointF place(300, 200);
+        editor.insertNode(DiagramItem::Switch, place, "SWITCH-OF-THE-FORWARD-EQUIPMENT-BAY");
+        const auto toolTipAt = [&](const QPointF& position) {
+            const QPoint local = editor.view()->mapFromScene(position);
+            QWidget* viewport = editor.view()->viewport();
+            QHelpEvent event(QEvent::ToolTip, local, viewport->mapToGlobal(local));
+            QCoreApplication::sendEvent(viewport, &event);
+            return QToolTip::text();
+        };
+        QCOMPARE(toolTipAt(place), QStringLiteral("SWITCH-OF-THE-FORWARD-EQUIPMENT-BAY"));
+        QToolTip::hideText();
+        QTRY_VERIFY(!QToolTip::isVisible());
+        QVERIFY(toolTipAt(QPointF(100, 400)).isEmpty());
+    }
 
     void rubberBandSelectsWhatItMeets()
     {

@@ -2,9 +2,9 @@
 
 #include "app/DockToggle.h"
 
-#include "project/NodeList.h"
 #include "project/ScheduleReader.h"
 #include "views/FlowListWindow.h"
+#include "views/NodeList.h"
 #include "views/PlanInfoWindow.h"
 #include "views/TimeSlotInfo.h"
 
@@ -36,7 +36,7 @@ void MainWindow::generateNodesInfo(NodeInfo_Xml& nodeInfo, int nodeid, int outpo
 void MainWindow::fillNodeList(QListWidget* list, NodeInfo_Xml nodeInfo)
 {
     parse_vek_input();
-    appendNodes(*list, nodeInfo, nodeNames);
+    appendNodes(*list, nodeIcons, nodeInfo, nodeNames);
 }
 
 // ---- The dock. Its widgets are found by name each time, so their names are an interface.

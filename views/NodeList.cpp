@@ -1,17 +1,23 @@
-#include "project/NodeList.h"
+#include "views/NodeList.h"
 
-#include <QIcon>
 #include <QListWidget>
 
-static QString iconPath(int isHost)
+NodeIcons::NodeIcons()
+    : host(QStringLiteral(":/images/endpoint.png")),
+      networkSwitch(QStringLiteral(":/images/switch.png"))
+{
+}
+
+/// Null for a kind of node that is neither.
+static QIcon iconOf(int isHost, const NodeIcons& icons)
 {
     switch (isHost) {
     case 0:
-        return QStringLiteral(":/images/switch.png");
+        return icons.networkSwitch;
     case 1:
-        return QStringLiteral(":/images/endpoint.png");
+        return icons.host;
     default:
-        return QString();
+        return QIcon();
     }
 }
 
@@ -21,14 +27,15 @@ static QString withoutQuotes(QString name)
     return name.remove(0, 1);
 }
 
-void appendNodes(QListWidget& list, const NodeInfo_Xml& nodeInfo, const NodeNames& nodeNames)
+void appendNodes(QListWidget& list, const NodeIcons& icons, const NodeInfo_Xml& nodeInfo,
+                 const NodeNames& nodeNames)
 {
     for (auto node = nodeInfo.cbegin(); node != nodeInfo.cend(); ++node) {
         const NodeNameRec record = nodeNames.value(node.key());
-        const QString icon = iconPath(record.isHost);
+        const QIcon icon = iconOf(record.isHost, icons);
         if (icon.isNull())
             continue;
-        auto* item = new QListWidgetItem(QIcon(icon), withoutQuotes(record.name));
+        auto* item = new QListWidgetItem(icon, withoutQuotes(record.name));
         item->setData(Qt::UserRole, node.key());
         list.addItem(item);
     }

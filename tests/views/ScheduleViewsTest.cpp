@@ -1,6 +1,7 @@
 #include "views/FlowColorTable.h"
 #include "views/FlowListWindow.h"
 #include "views/ItemDelegate.h"
+#include "views/NodeList.h"
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
@@ -9,14 +10,16 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QListView>
+#include <QListWidget>
 #include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QStandardItemModel>
 
 #include <algorithm>
 
-// The grid and the cards; cards are read at the points that their geometry names.
+// The nodes, the grid and the cards; cards are read at the points that their geometry names.
 
 static QMap<int, qint64> slotSet(const QList<int>& numbers)
 {
@@ -100,6 +103,43 @@ class ScheduleViewsTest : public QObject
 
 private slots:
     void initTestCase() { fillFlowColorTable(); }
+
+    // ---- Nodes
+
+    void nodeListShowsNamesIconsAndIds()
+    {
+        const NodeInfo_Xml schedule{{3, {}}, {1, {}}, {2, {}}};
+        const NodeNames names{{1, {1, QStringLiteral("\"A\"")}}, {2, {0, QStringLiteral("\"S\"")}}};
+        QListWidget list;
+        QSignalSpy selections(&list, &QListWidget::itemSelectionChanged);
+        appendNodes(list, NodeIcons(), schedule, names);
+        QCOMPARE(list.count(), 3);
+        QCOMPARE(list.item(0)->text(), QStringLiteral("A"));
+        QCOMPARE(list.item(1)->text(), QStringLiteral("S"));
+        QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
+        QCOMPARE(list.currentRow(), 0);
+        QVERIFY(!selections.isEmpty());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/endpoint.png")).pixmap(size).toImage());
+    }
+
+    void nodeWithoutNameRecordIsANamelessSwitch()
+    {
+        QListWidget list;
+        appendNodes(list, NodeIcons(), {{3, {}}}, {});
+        QCOMPARE(list.item(0)->text(), QString());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/switch.png")).pixmap(size).toImage());
+    }
+
+    void nodeOfAnotherKindIsSkipped()
+    {
+        QListWidget list;
+        appendNodes(list, NodeIcons(), {{3, {}}}, {{3, {2, QStringLiteral("\"X\"")}}});
+        QCOMPARE(list.count(), 0);
+    }
 
     // ---- Grid
 

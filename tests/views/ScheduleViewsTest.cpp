@@ -5,6 +5,7 @@
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/HeapUse.h"
 #include "tests/support/ToolTips.h"
 
 #include <QGroupBox>
@@ -347,6 +348,27 @@ private slots:
         table.showPorts({{1, {}}}, 4);
         table.setSlotCell(0, 0, 5);
         QVERIFY(table.cellWidget(0, 1)->isVisible());
+    }
+
+    void choosingBusyNodesAgainAndAgainKeepsMemoryLevel()
+    {
+        PortSchedule busy;
+        for (int port = 0; port < 16; ++port)
+            busy[port][port] = slotSet({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31});
+        const PortSchedule quiet{{0, {{1, slotSet({2, 4})}}}};
+        ShownGrid grid(busy, 64);
+        const auto chooseBoth = [&](int rounds) {
+            for (int round = 0; round < rounds; ++round) {
+                grid.table.showPorts(quiet, 64);
+                grid.table.showPorts(busy, 64);
+                QCoreApplication::processEvents();
+            }
+        };
+        chooseBoth(10);
+        const qint64 before = heapUse();
+        chooseBoth(40);
+        const qint64 grown = heapUse() - before;
+        QVERIFY2(grown < 80000, qPrintable(QString::number(grown)));
     }
 
     void barsOfEarlierNodesDoNotWaitForTheEventLoop()

@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
 
-#include "app/DockToggle.h"
+#include "widgets/DockToggle.h"
 
 #include "project/ScheduleReader.h"
 #include "views/FlowListWindow.h"

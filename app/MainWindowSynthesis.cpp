@@ -3,9 +3,9 @@
 #include "app/FormPlace.h"
 #include "app/SynthesisForm.h"
 #include "app/ViewMenu.h"
-#include "topology/SingleDialog.h"
 #include "traffic/FlowText.h"
 #include "widgets/CellBox.h"
+#include "widgets/SingleDialog.h"
 
 #include <QDockWidget>
 #include <QTableWidget>

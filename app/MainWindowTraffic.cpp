@@ -1,14 +1,14 @@
 #include "app/MainWindow.h"
 
-#include "app/DockToggle.h"
 #include "project/ProjectFile.h"
-#include "topology/SingleDialog.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/FlowText.h"
 #include "traffic/ShowVLineInfoForm.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
 #include "widgets/CellBox.h"
+#include "widgets/DockToggle.h"
+#include "widgets/SingleDialog.h"
 
 #include <QDockWidget>
 #include <QPushButton>

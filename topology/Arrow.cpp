@@ -1,8 +1,8 @@
 #include "topology/Arrow.h"
 
-#include "topology/ContextMenu.h"
 #include "topology/DiagramItem.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/ContextMenu.h"
 
 #include <QFontMetrics>
 #include <QGraphicsScene>

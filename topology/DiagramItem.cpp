@@ -1,9 +1,9 @@
 #include "topology/DiagramItem.h"
 
 #include "topology/Arrow.h"
-#include "topology/ContextMenu.h"
 #include "topology/NodeItemsByName.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/ContextMenu.h"
 
 #include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>

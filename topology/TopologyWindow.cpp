@@ -1,9 +1,9 @@
 #include "topology/TopologyWindow.h"
 
-#include "topology/ContextMenu.h"
 #include "topology/DiagramScene.h"
 #include "topology/DiagramView.h"
 #include "topology/EditLineWindow.h"
+#include "widgets/ContextMenu.h"
 
 #include <QAction>
 #include <QApplication>

@@ -4,6 +4,7 @@
 #include "app/SynthesisForm.h"
 #include "app/ViewMenu.h"
 #include "traffic/FlowText.h"
+#include "traffic/TrafficColumns.h"
 #include "widgets/CellBox.h"
 #include "widgets/SingleDialog.h"
 
@@ -71,8 +72,8 @@ void MainWindow::showWindowsOf(const QList<int>& rows)
 {
     for (const int row : rows) {
         const FlowInfo& flow = flowInfoList.at(row);
-        flowTable->item(row, 6)->setText(sendWindowText(flow));
-        auto* listeners = dynamic_cast<CellBox*>(flowTable->cellWidget(row, 7));
+        setFlowTexts(flowTable, row, flow);
+        auto* listeners = dynamic_cast<CellBox*>(flowTable->cellWidget(row, ReceiveWindowColumn));
         for (int i = 0; listeners && i < flow.dstNodes.size(); ++i)
             listeners->setEntry(i, receiveWindowText(flow.dstNodes.at(i)));
     }

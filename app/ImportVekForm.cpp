@@ -1,7 +1,7 @@
 #include "app/ImportVekForm.h"
 
-#include "app/PathEdit.h"
 #include "widgets/DefaultButton.h"
+#include "widgets/PathEdit.h"
 
 #include "ui_ImportVekForm.h"
 

@@ -3,10 +3,10 @@
 #include "app/SynthesisForm.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
-#include "topology/SingleDialog.h"
 #include "topology/TopologyWindow.h"
 #include "traffic/TrafficTypes.h"
 #include "views/FlowColorTable.h"
+#include "widgets/SingleDialog.h"
 
 #include <QCloseEvent>
 #include <QLabel>

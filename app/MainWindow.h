@@ -7,6 +7,7 @@
 #include "topology/RecordNotifier.h"
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
+#include "views/NodeList.h"
 
 #include <QMainWindow>
 #include <QMap>
@@ -152,6 +153,7 @@ private:
     void ensureVLineDock();
     void ensureFlowDock();
     void addTrafficDock(QDockWidget* dock);
+    void shareRoomAmongDocks();
     void forgetGoneNodes(const GoneNodes& nodes);
     void showPaths(int row);
     void showStatus(const QString& text);
@@ -198,6 +200,8 @@ private:
     ShowVLineInfoForm* showVLineInfoForm = nullptr; ///< null while closed
     QList<FlowInfo> flowInfoList;                   ///< in the order of flowTable
     QList<VLineInfo> vLineInfoList;                 ///< in the order of vLineTable
+
+    const NodeIcons nodeIcons; ///< of all lists of nodes
 
     std::shared_ptr<const PlanCheck> planCheck; ///< of the loaded schedule; null before the first
     PlanCheckForm* planCheckForm = nullptr;     ///< null while closed

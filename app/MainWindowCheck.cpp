@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/FindingText.h"
+#include "app/FormPlace.h"
 #include "app/PlanCheckForm.h"
 #include "app/ViewMenu.h"
 #include "project/DocumentFolder.h"
@@ -55,8 +56,7 @@ void MainWindow::showPlanCheckForm()
         connect(planCheckForm, &PlanCheckForm::placeChosen, this, &MainWindow::showPlace);
         planCheckForm->showCheck(planCheck);
         planCheckForm->setModal(false);
-        // Over the drawing, so that the tables to which its rows lead stay in view.
-        planCheckForm->move(mapToGlobal(QPoint(qMax(0, width() - planCheckForm->width()), 0)));
+        placeOverDrawing(planCheckForm, this); // its rows lead to the tables below
     }
     planCheckForm->show();
     planCheckForm->raise();

@@ -1,10 +1,10 @@
 #include "app/MainWindow.h"
 
-#include "app/DockToggle.h"
+#include "widgets/DockToggle.h"
 
-#include "project/NodeList.h"
 #include "project/ScheduleReader.h"
 #include "views/FlowListWindow.h"
+#include "views/NodeList.h"
 #include "views/PlanInfoWindow.h"
 #include "views/TimeSlotInfo.h"
 
@@ -36,7 +36,7 @@ void MainWindow::generateNodesInfo(NodeInfo_Xml& nodeInfo, int nodeid, int outpo
 void MainWindow::fillNodeList(QListWidget* list, NodeInfo_Xml nodeInfo)
 {
     parse_vek_input();
-    appendNodes(*list, nodeInfo, nodeNames);
+    appendNodes(*list, nodeIcons, nodeInfo, nodeNames);
 }
 
 // ---- The dock. Its widgets are found by name each time, so their names are an interface.
@@ -68,6 +68,30 @@ void MainWindow::planInfo()
     planInfoDock = createPlanInfoDock();
     updateNodeInfo();
     addDockWidget(Qt::BottomDockWidgetArea, planInfoDock);
+    shareRoomAmongDocks();
+}
+
+// The drawing keeps more than half of the height, and the schedule takes the width that its many
+// columns need from the tables beside it.
+void MainWindow::shareRoomAmongDocks()
+{
+    constexpr int tablesPercent = 30;
+    constexpr int schedulePercent = 42;
+    const int heightPercent = planInfoDock ? schedulePercent : tablesPercent;
+    QList<QDockWidget*> docks;
+    QList<int> widths;
+    for (QDockWidget* tables : {vLineDock, flowDock}) {
+        if (!tables)
+            continue;
+        docks.append(tables);
+        widths.append(1);
+    }
+    if (planInfoDock) {
+        docks.append(planInfoDock);
+        widths.append(width());
+        resizeDocks(docks, widths, Qt::Horizontal);
+    }
+    resizeDocks({docks.last()}, {height() * heightPercent / 100}, Qt::Vertical);
 }
 
 void MainWindow::changeStackedWidgetPage(int index)

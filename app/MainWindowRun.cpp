@@ -4,7 +4,7 @@
 #include "app/RunMessages.h"
 #include "planner/TTPlanner.h"
 #include "project/DocumentFolder.h"
-#include "topology/SingleDialog.h"
+#include "widgets/SingleDialog.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,10 +1,12 @@
 #include "app/MainWindow.h"
 
+#include "app/FormPlace.h"
 #include "app/SynthesisForm.h"
 #include "app/ViewMenu.h"
-#include "topology/SingleDialog.h"
 #include "traffic/FlowText.h"
+#include "traffic/TrafficColumns.h"
 #include "widgets/CellBox.h"
+#include "widgets/SingleDialog.h"
 
 #include <QDockWidget>
 #include <QTableWidget>
@@ -38,8 +40,7 @@ void MainWindow::showSynthesisForm()
     for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(flowTable->model(), changed, synthesisForm, &SynthesisForm::markOutdated);
     synthesisForm->setModal(false);
-    // Over the drawing, so that the flow table stays in view.
-    synthesisForm->move(mapToGlobal(QPoint(qMax(0, width() - synthesisForm->width()), 0)));
+    placeOverDrawing(synthesisForm, this); // it speaks of the flow table below
     synthesisForm->show();
     synthesisForm->start();
 }
@@ -71,8 +72,8 @@ void MainWindow::showWindowsOf(const QList<int>& rows)
 {
     for (const int row : rows) {
         const FlowInfo& flow = flowInfoList.at(row);
-        flowTable->item(row, 6)->setText(sendWindowText(flow));
-        auto* listeners = dynamic_cast<CellBox*>(flowTable->cellWidget(row, 7));
+        setFlowTexts(flowTable, row, flow);
+        auto* listeners = dynamic_cast<CellBox*>(flowTable->cellWidget(row, ReceiveWindowColumn));
         for (int i = 0; listeners && i < flow.dstNodes.size(); ++i)
             listeners->setEntry(i, receiveWindowText(flow.dstNodes.at(i)));
     }

@@ -1,14 +1,16 @@
 #include "app/MainWindow.h"
 
-#include "app/DockToggle.h"
 #include "project/ProjectFile.h"
-#include "topology/SingleDialog.h"
 #include "traffic/FlowEditorForm.h"
 #include "traffic/FlowText.h"
 #include "traffic/ShowVLineInfoForm.h"
+#include "traffic/TrafficColumns.h"
 #include "traffic/TrafficTable.h"
 #include "traffic/VLineEditorForm.h"
 #include "widgets/CellBox.h"
+#include "widgets/DockToggle.h"
+#include "widgets/RowTable.h"
+#include "widgets/SingleDialog.h"
 
 #include <QDockWidget>
 #include <QPushButton>
@@ -25,18 +27,12 @@ static constexpr int fewBoxes = 50;
 
 QTableWidget* MainWindow::createVLineTable()
 {
-    return createTrafficTable({QStringLiteral(u"序号"), QStringLiteral(u"虚链路id"),
-                               QStringLiteral(u"虚链路信息"), QStringLiteral(u"交换机跳数")},
-                              {64, 64, 108, 64});
+    return createVLineColumns();
 }
 
 QTableWidget* MainWindow::createFlowTable()
 {
-    return createTrafficTable({QStringLiteral(u"序号"), QStringLiteral(u"流类型"),
-                               QStringLiteral(u"流标识"), QStringLiteral(u"周期(us)"),
-                               QStringLiteral(u"消息长度(字节)"), QStringLiteral(u"虚链路ID"),
-                               QStringLiteral(u"发送窗口(us)"), QStringLiteral(u"接收窗口(us)")},
-                              {64, 64, 108, 108, 108, 108, 108, 108});
+    return createFlowColumns();
 }
 
 QDockWidget* MainWindow::createVLineDock()
@@ -84,6 +80,8 @@ void MainWindow::addTrafficDock(QDockWidget* dock)
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     if (vLineDock && flowDock)
         tabifyDockWidget(vLineDock, flowDock);
+    dock->raise();
+    shareRoomAmongDocks();
 }
 
 void MainWindow::vLineEditor()
@@ -132,7 +130,8 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
 {
     ensureVLineDock();
     vLineInfoList.append(vLineInfo);
-    const int row = appendTrafficRow(vLineTable, {vLineInfo.vLineId});
+    const int row = appendRow(vLineTable);
+    setCellText(vLineTable, row, VLineIdColumn, vLineInfo.vLineId);
     QStringList summaries;
     int mostSwitches = 0;
     for (const VLineItems& path : qAsConst(vLineInfo.vLinePaths)) {
@@ -141,8 +140,8 @@ void MainWindow::addVLineEditorTableItem(VLineInfo vLineInfo)
     }
     auto* paths = new CellBox(summaries);
     connect(paths, qOverload<int>(&QComboBox::activated), this, &MainWindow::showVLineWindow);
-    setCellBox(vLineTable, row, 2, paths);
-    vLineTable->setItem(row, 3, centredItem(QString::number(mostSwitches)));
+    setCellBox(vLineTable, row, VLinePathsColumn, paths);
+    setCellText(vLineTable, row, VLineSwitchesColumn, QString::number(mostSwitches));
 }
 
 // Virtual links refer to nodes of the drawing, which go without asking; their names go with them.
@@ -164,7 +163,7 @@ void MainWindow::forgetGoneNodes(const GoneNodes& nodes)
 
 void MainWindow::showPaths(int row)
 {
-    auto* box = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, 2));
+    auto* box = dynamic_cast<CellBox*>(vLineTable->cellWidget(row, VLinePathsColumn));
     const QList<VLineItems> paths = vLineInfoList.at(row).vLinePaths;
     for (int i = 0; box && i < paths.size(); ++i)
         box->setEntry(i, pathSummary(paths.at(i)));
@@ -201,10 +200,11 @@ void MainWindow::addVLineItemByProjectFile(QList<FileVLineInfo> records)
     ensureVLineDock();
     vLineDock->setVisible(true);
     const HiddenTable hidden(vLineTable);
-    removeTrafficRows(vLineTable, 0, vLineTable->rowCount());
+    removeRows(vLineTable, 0, vLineTable->rowCount());
     vLineInfoList.clear();
     for (const FileVLineInfo& record : qAsConst(records))
         addVLineEditorTableItem(vLineOf(record));
+    vLineTable->scrollToTop();
 }
 
 // ---- Flows
@@ -231,13 +231,12 @@ void MainWindow::addFlowEditorTableItem(FlowInfo flowInfo)
 {
     ensureFlowDock();
     flowInfoList.append(flowInfo);
-    const int row = appendTrafficRow(flowTable, {flowInfo.flowType, flowInfo.flowId,
-                                                 flowInfo.flowPeriod, flowInfo.flowSize,
-                                                 flowInfo.vLineId, sendWindowText(flowInfo)});
+    const int row = appendRow(flowTable);
+    setFlowTexts(flowTable, row, flowInfo);
     QStringList listeners;
     for (const DstNodeInfo& node : qAsConst(flowInfo.dstNodes))
         listeners.append(receiveWindowText(node));
-    setCellBox(flowTable, row, 7, new CellBox(listeners));
+    setCellBox(flowTable, row, ReceiveWindowColumn, new CellBox(listeners));
 }
 
 void MainWindow::delFlowEditorTableItem()
@@ -252,8 +251,9 @@ void MainWindow::addFlowItemByProjectFile(QList<FlowInfo> flows)
     ensureFlowDock();
     flowDock->setVisible(true);
     const HiddenTable hidden(flowTable);
-    removeTrafficRows(flowTable, 0, flowTable->rowCount());
+    removeRows(flowTable, 0, flowTable->rowCount());
     flowInfoList.clear();
     for (const FlowInfo& flow : qAsConst(flows))
         addFlowEditorTableItem(flow);
+    flowTable->scrollToTop();
 }

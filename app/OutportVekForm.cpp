@@ -1,7 +1,7 @@
 #include "app/OutportVekForm.h"
 
-#include "app/PathEdit.h"
 #include "widgets/DefaultButton.h"
+#include "widgets/PathEdit.h"
 
 #include "ui_OutportVekForm.h"
 

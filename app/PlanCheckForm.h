@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/PlanTable.h"
-#include "topology/SingleDialog.h"
+#include "widgets/SingleDialog.h"
 
 #include <memory>
 

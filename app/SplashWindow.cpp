@@ -2,6 +2,7 @@
 
 #include "app/MainWindow.h"
 #include "app/VersionResolveWorker.h"
+#include "widgets/ScreenPicture.h"
 
 #include <QLabel>
 #include <QThread>
@@ -59,7 +60,7 @@ QWidget* SplashWindow::createSplashWidget()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     auto* picture = new QLabel(this);
-    picture->setPixmap(QPixmap(QStringLiteral(":/images/splash.png")));
+    picture->setPixmap(screenPicture(QStringLiteral(":/images/splash.png")));
     layout->addWidget(picture);
 
     // Places for start-up texts over the picture; all blank at present.

@@ -3,7 +3,7 @@
 #include "app/NarrowedFlows.h"
 #include "app/SynthesisText.h"
 #include "traffic/FlowText.h"
-#include "traffic/TrafficTable.h"
+#include "widgets/RowTable.h"
 
 #include "ui_SynthesisForm.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/SynthesisRun.h"
-#include "topology/SingleDialog.h"
 #include "traffic/FlowInfo.h"
+#include "widgets/SingleDialog.h"
 
 #include <QList>
 

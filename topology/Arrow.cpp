@@ -1,10 +1,11 @@
 #include "topology/Arrow.h"
 
-#include "topology/ContextMenu.h"
 #include "topology/DiagramItem.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/ContextMenu.h"
 
 #include <QFontMetrics>
+#include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QPainter>
 #include <QPen>
@@ -14,6 +15,8 @@
 static constexpr qreal lineWidth = 2.0;
 static constexpr qreal labelMargin = 100.0; // keeps labels beside the line inside the repaint area
 static constexpr qreal selectionDistance = 4.0; // of the dashed parallels from the line
+
+static QSet<const Arrow*> linksBeyondTheirBounds;
 
 static QPen solidPen(const QColor& color)
 {
@@ -34,6 +37,7 @@ Arrow::Arrow(DiagramItem* start, DiagramItem* end, QMenu* menu, QGraphicsItem* p
 
 Arrow::~Arrow()
 {
+    linksBeyondTheirBounds.remove(this);
     emit RecordNotifier::instance().linkGone(this);
 }
 
@@ -60,9 +64,58 @@ QLineF Arrow::centerLine() const
     return QLineF(centerOf(startItem), centerOf(endItem));
 }
 
+QSize Arrow::labelSize() const
+{
+    return QSize(QFontMetrics(font).horizontalAdvance(srcPort), textHeight);
+}
+
+QRectF Arrow::paintedArea() const
+{
+    if (!startItem || !endItem)
+        return QRectF();
+    const QLineF line = centerLine();
+    const QSizeF labels = labelSize();
+    const qreal besides = selectionDistance + lineWidth;
+    const qreal width = qMax(labels.width(), besides);
+    const qreal height = qMax(labels.height(), besides);
+    return mapRectToScene(
+        QRectF(line.p1(), line.p2()).normalized().adjusted(-width, -height, width, height));
+}
+
+void Arrow::compareWithBounds()
+{
+    if (sceneBoundingRect().contains(paintedArea()))
+        linksBeyondTheirBounds.remove(this);
+    else
+        linksBeyondTheirBounds.insert(this);
+}
+
+const QSet<const Arrow*>& Arrow::beyondTheirBounds()
+{
+    return linksBeyondTheirBounds;
+}
+
 void Arrow::updatePosition()
 {
     setLine(centerLine());
+}
+
+// Storing another line repaints the bounds before and after; that leaves what is beyond them, and
+// all of it when the line is the same.
+void Arrow::followLeavingNode()
+{
+    const QLineF stored = line();
+    const QRectF area = paintedArea();
+    updatePosition();
+    if (stored == line() || !sceneBoundingRect().contains(area))
+        scene()->update(area);
+}
+
+void Arrow::followArrivedNode()
+{
+    compareWithBounds();
+    if (linksBeyondTheirBounds.contains(this))
+        scene()->update(paintedArea());
 }
 
 qint32 Arrow::intersectEdge(DiagramItem* item, const QLineF& line, QPointF* point) const
@@ -123,7 +176,7 @@ void Arrow::paintLabels(QPainter* painter, const QLineF& centers) const
         return;
     painter->setFont(font);
     painter->setPen(textColor);
-    const QSize size(QFontMetrics(font).horizontalAdvance(srcPort), textHeight);
+    const QSize size = labelSize();
     const auto drawLabel = [&](const QPointF& point, qint32 edge, const QString& text) {
         const QPoint corner = labelCorner(edge, point, size.width(), size.height());
         painter->drawText(QRect(corner, size), Qt::AlignCenter, text);

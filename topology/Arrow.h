@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QGraphicsLineItem>
+#include <QSet>
 
 class DiagramItem;
 class QMenu;
@@ -37,6 +38,23 @@ public:
     /// written, or 0 when the line crosses no edge. A corner counts for the edge of lower number.
     qint32 intersectEdge(DiagramItem* item, const QLineF& line, QPointF* point) const;
 
+    /// The rectangle within which the link paints now, in scene coordinates; the bounds, which
+    /// follow the stored line and not the font, need not hold all of it.
+    QRectF paintedArea() const;
+
+    /// Stores the line as updatePosition() does, and repaints what the link leaves. For a node of
+    /// it that is about to move.
+    void followLeavingNode();
+
+    /// Repaints what the link has come to beyond its bounds. For a node of it that has moved.
+    void followArrivedNode();
+
+    /// Enters the link into beyondTheirBounds(), or takes it out, as it stands now.
+    void compareWithBounds();
+
+    /// The links of all scenes whose paintedArea() is not within their bounds.
+    static const QSet<const Arrow*>& beyondTheirBounds();
+
     QString lineName;
     QString srcNode;
     QString dstNode;
@@ -58,6 +76,7 @@ protected:
 private:
     QPointF centerOf(const DiagramItem* item) const;
     QLineF centerLine() const;
+    QSize labelSize() const;
     void paintLabels(QPainter* painter, const QLineF& centers) const;
     void paintSelection(QPainter* painter) const;
 };

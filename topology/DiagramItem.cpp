@@ -1,33 +1,50 @@
 #include "topology/DiagramItem.h"
 
 #include "topology/Arrow.h"
-#include "topology/ContextMenu.h"
 #include "topology/NodeItemsByName.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/ContextMenu.h"
 
 #include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QStyleOptionGraphicsItem>
 
 #include <algorithm>
 
-static QPixmap pixmapOf(DiagramItem::DiagramType type)
+static QPixmap pixmapOf(DiagramItem::DiagramType type, const char* ending)
 {
     switch (type) {
     case DiagramItem::Endpoint:
-        return QPixmap(QStringLiteral(":/images/endpoint.png"));
+        return QPixmap(QStringLiteral(":/images/endpoint") + QLatin1String(ending));
     case DiagramItem::Switch:
-        return QPixmap(QStringLiteral(":/images/switch.png"));
+        return QPixmap(QStringLiteral(":/images/switch") + QLatin1String(ending));
     }
     return QPixmap();
+}
+
+/// The picture smoothly stretched, which is done once for all nodes of a kind.
+static QPixmap stretched(const QPixmap& picture, const QSize& size)
+{
+    const QString key = QStringLiteral("rotunda-%1-%2-%3")
+                            .arg(picture.cacheKey())
+                            .arg(size.width())
+                            .arg(size.height());
+    QPixmap result;
+    if (!QPixmapCache::find(key, &result)) {
+        result = picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QPixmapCache::insert(key, result);
+    }
+    return result;
 }
 
 DiagramItem::DiagramItem(DiagramType type, QMenu* menu, QGraphicsItem* parent)
     : QGraphicsPixmapItem(parent),
       diagramType(type),
-      pixmap(pixmapOf(type)),
-      contextMenu(menu)
+      pixmap(pixmapOf(type, ".png")),
+      contextMenu(menu),
+      largePixmap(pixmapOf(type, "@2x.png"))
 {
     setPixmap(pixmap);
     setFlag(ItemIsMovable);
@@ -50,20 +67,40 @@ void DiagramItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* optio
 {
     const QRect all = option->rect;
     const QRect image(all.topLeft(), QSize(all.width(), all.height() - textHeight));
-    const int bandTop = all.top() + image.height();
-    painter->drawPixmap(image, pixmap, QRect());
-    if (isSelected()) {
-        const QPoint corners[] = {image.topLeft(), QPoint(all.left() + image.width(), all.top()),
-                                  QPoint(all.left() + image.width(), bandTop),
-                                  QPoint(all.left(), bandTop)};
-        painter->setPen(QPen(QBrush(Qt::black), 1.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin));
-        for (int i = 0; i < 4; ++i)
-            painter->drawLine(corners[i], corners[(i + 1) % 4]);
-    }
+    paintPicture(painter, image);
+    if (isSelected())
+        paintFrame(painter, image);
     painter->setFont(font);
     painter->setPen(textColor);
-    painter->drawText(QRect(all.left(), bandTop, image.width(), textHeight), Qt::AlignCenter,
-                      nodeName);
+    painter->drawText(QRect(image.left(), image.top() + image.height(), image.width(), textHeight),
+                      Qt::AlignCenter, nodeName);
+}
+
+void DiagramItem::paintPicture(QPainter* painter, const QRect& target) const
+{
+    const qreal scale = painter->deviceTransform().m11();
+    const bool smooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
+    if (scale > 1.0 && !largePixmap.isNull())
+        painter->drawPixmap(target, largePixmap, QRect());
+    else if (smooth && qFuzzyCompare(scale, 1.0))
+        painter->drawPixmap(target.topLeft(), stretched(pixmap, target.size()));
+    else
+        painter->drawPixmap(target, pixmap, QRect());
+}
+
+// Smoothed, the lines of one pixel would be two grey ones.
+void DiagramItem::paintFrame(QPainter* painter, const QRect& image)
+{
+    const int right = image.left() + image.width();
+    const int bottom = image.top() + image.height();
+    const QPoint corners[] = {image.topLeft(), QPoint(right, image.top()), QPoint(right, bottom),
+                              QPoint(image.left(), bottom)};
+    const bool smooth = painter->testRenderHint(QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    painter->setPen(QPen(QBrush(Qt::black), 1.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin));
+    for (int i = 0; i < 4; ++i)
+        painter->drawLine(corners[i], corners[(i + 1) % 4]);
+    painter->setRenderHint(QPainter::Antialiasing, smooth);
 }
 
 void DiagramItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
@@ -71,12 +108,20 @@ void DiagramItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
     openContextMenu(this, contextMenu, event->screenPos());
 }
 
-// Told before the item moves, so the links' stored lines lag one move behind.
+// Told before the item moves, so the links' stored lines lag one move behind; what they paint does
+// not, so it is repainted where it was and where it is. The node asks first to be repainted itself:
+// then the scene does all of it at once, before anything is painted at the new place.
 QVariant DiagramItem::itemChange(GraphicsItemChange change, const QVariant& value)
 {
-    if (change == ItemPositionChange) {
-        for (Arrow* arrow : qAsConst(arrowList))
+    if (change == ItemPositionChange)
+        update();
+    for (Arrow* arrow : qAsConst(arrowList)) {
+        if (change == ItemPositionChange && arrow->scene())
+            arrow->followLeavingNode();
+        else if (change == ItemPositionChange)
             arrow->updatePosition();
+        else if (change == ItemPositionHasChanged && arrow->scene())
+            arrow->followArrivedNode();
     }
     return value;
 }

@@ -57,7 +57,6 @@ public:
     QString portNum;
     QString mtu;
     QString bufferNum;
-    QString builtName; ///< under which nodeItemsByName holds it; null when it was drawn
     DiagramType diagramType;
     QPixmap pixmap;
     QMenu* contextMenu;
@@ -65,8 +64,14 @@ public:
     QFont font;             ///< of the name
     QColor textColor;       ///< of the name; black while invalid
     qint32 textHeight = 15; ///< pixels of the name band under the picture
+    QPixmap largePixmap;    ///< the same picture in twice the size, for screens of high resolution
+    QString builtName;      ///< under which nodeItemsByName holds it; null when it was drawn
 
 protected:
     void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+
+private:
+    void paintPicture(QPainter* painter, const QRect& target) const;
+    static void paintFrame(QPainter* painter, const QRect& image);
 };

@@ -186,6 +186,7 @@ void DiagramScene::addLink(Arrow* arrow)
     arrow->setZValue(linkZValue);
     addItem(arrow);
     arrow->updatePosition();
+    arrow->compareWithBounds();
 }
 
 // While a project is built, all nodes lie at one height in the order in which they came: those
@@ -306,6 +307,7 @@ void DiagramScene::setFont(const QFont& newFont)
         } else if (auto* arrow = qgraphicsitem_cast<Arrow*>(item)) {
             arrow->font = font;
             arrow->textHeight = height;
+            arrow->compareWithBounds();
         }
     }
     update();

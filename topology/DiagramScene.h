@@ -36,6 +36,11 @@ public:
     /// For all names and port labels, and for the first selected item if that is a text.
     void setFont(const QFont& font);
 
+    Mode currentMode() const { return mode; }
+
+    /// Takes away the line that is being drawn to a second node, if there is one.
+    void removeLine();
+
     /// Whether any selected item has this type().
     bool isItemChange(int type) const;
 
@@ -63,7 +68,6 @@ private:
     void insertLine(const QPointF& position);
     void insertText(const QPointF& position);
     void finishLink();
-    void removeLine();
     void addLink(Arrow* arrow);
     DiagramItem* createNode(DiagramItem::DiagramType type) const;
     Arrow* createArrow(DiagramItem* start, DiagramItem* end) const;

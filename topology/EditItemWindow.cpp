@@ -2,8 +2,8 @@
 
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
-#include "topology/LabelColumn.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/LabelColumn.h"
 
 #include "ui_EditItemWindow.h"
 

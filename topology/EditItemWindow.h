@@ -1,6 +1,6 @@
 #pragma once
 
-#include "topology/SingleDialog.h"
+#include "widgets/SingleDialog.h"
 
 #include <memory>
 

@@ -2,8 +2,8 @@
 
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
-#include "topology/LabelColumn.h"
 #include "topology/RecordNotifier.h"
+#include "widgets/LabelColumn.h"
 
 #include "ui_EditLineWindow.h"
 
@@ -55,6 +55,7 @@ void EditLineWindow::confirmButtonClicked()
         arrow->srcPort = ui->lineEdit_srcPort->text();
         arrow->dstPort = ui->lineEdit_dstPort->text();
         arrow->bandWidth = ui->lineEdit_bandWidth->text();
+        arrow->compareWithBounds();
     }
     close();
     emit updateGraphics();

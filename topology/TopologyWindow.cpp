@@ -1,12 +1,12 @@
 #include "topology/TopologyWindow.h"
 
-#include "topology/ContextMenu.h"
 #include "topology/DiagramScene.h"
+#include "topology/DiagramView.h"
 #include "topology/EditLineWindow.h"
+#include "widgets/ContextMenu.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QToolBox>
 
@@ -25,12 +25,17 @@ TopologyWindow::TopologyWindow()
 
     auto* central = new QWidget;
     auto* layout = new QHBoxLayout(central);
-    view = new QGraphicsView(scene);
+    auto* diagram = new DiagramView(scene);
+    connect(diagram, &DiagramView::escapePressed, this, &TopologyWindow::leaveInsertMode);
+    connect(diagram, &DiagramView::zoomed, this, &TopologyWindow::zoom);
+    view = diagram;
     layout->addWidget(toolBox);
     layout->addWidget(view);
     setCentralWidget(central);
     setWindowTitle(QStringLiteral(u"拓扑构建工具"));
     setUnifiedTitleAndToolBarOnMac(true);
+    describeTools();
+    view->setFocus();
 }
 
 // The link dialog has no parent, so nobody else deletes it. The scene goes first: its items tell

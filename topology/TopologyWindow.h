@@ -92,6 +92,10 @@ private:
     QMenu* createColorMenu(Slot slot, const QColor& defaultColor);
     QWidget* createCellWidget(const QString& text, int type);
     QWidget* createBackgroundCellWidget(const QString& text, const QString& image);
+    void enterMode(int mode);
+    void leaveInsertMode();
+    void zoom(int direction);
+    void describeTools();
     void chooseColor(QAction*& chosen, QToolButton* button, const QString& image);
     QGraphicsItem* firstSelectedItem() const;
     QList<QGraphicsItem*> selectionInOrder() const;

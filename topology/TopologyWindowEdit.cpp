@@ -37,16 +37,33 @@ void TopologyWindow::buttonGroupClicked(QAbstractButton* button)
     }
     const int id = buttonGroup->id(button);
     if (id == textButtonId) {
-        scene->setMode(DiagramScene::InsertText);
+        enterMode(DiagramScene::InsertText);
     } else {
         scene->setItemType(static_cast<DiagramItem::DiagramType>(id));
-        scene->setMode(DiagramScene::InsertItem);
+        enterMode(DiagramScene::InsertItem);
     }
 }
 
 void TopologyWindow::pointerGroupClicked()
 {
-    scene->setMode(static_cast<DiagramScene::Mode>(pointerTypeGroup->checkedId()));
+    enterMode(pointerTypeGroup->checkedId());
+}
+
+// The cursor tells whether the next press selects or inserts.
+void TopologyWindow::enterMode(int mode)
+{
+    scene->setMode(static_cast<DiagramScene::Mode>(mode));
+    if (mode == DiagramScene::MoveItem)
+        view->viewport()->unsetCursor();
+    else
+        view->viewport()->setCursor(Qt::CrossCursor);
+}
+
+void TopologyWindow::leaveInsertMode()
+{
+    scene->removeLine();
+    pointerTypeGroup->button(DiagramScene::MoveItem)->setChecked(true);
+    pointerGroupClicked();
 }
 
 void TopologyWindow::itemInserted(DiagramItem* item)
@@ -189,6 +206,7 @@ void TopologyWindow::handleFontChange()
 
 void TopologyWindow::currentFontChanged(QFont)
 {
+    fontCombo->lineEdit()->home(false); // a name is read from its beginning
     handleFontChange();
 }
 
@@ -217,4 +235,10 @@ void TopologyWindow::sceneScaleChanged(QString scale)
     view->resetTransform();
     view->translate(old.dx(), old.dy());
     view->scale(newScale, newScale);
+}
+
+void TopologyWindow::zoom(int direction)
+{
+    const int index = sceneScaleCombo->currentIndex() + direction;
+    sceneScaleCombo->setCurrentIndex(qBound(0, index, sceneScaleCombo->count() - 1));
 }

@@ -1,6 +1,7 @@
 #include "topology/TopologyWindow.h"
 
 #include "topology/DiagramScene.h"
+#include "widgets/ScreenPicture.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -8,6 +9,7 @@
 #include <QGridLayout>
 #include <QIntValidator>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QToolBar>
@@ -59,11 +61,15 @@ QIcon createColorIcon(const QColor& color)
 /// The tool's image above a bar of its current colour.
 QIcon createColorToolButtonIcon(const QString& imageFile, const QColor& color)
 {
-    QPixmap pixmap(50, 80);
+    const QPixmap image = screenPicture(imageFile);
+    const qreal ratio = image.devicePixelRatio();
+    QPixmap pixmap(QSize(50, 80) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.fillRect(QRect(0, 60, 50, 80), color);
-    painter.drawPixmap(QRect(4, 0, 42, 43), QPixmap(imageFile), QRect(0, 0, 42, 43));
+    const QSizeF source = QSizeF(42, 43) * ratio;
+    painter.drawPixmap(QRectF(4, 0, 42, 43), image, QRectF(QPointF(), source));
     return QIcon(pixmap);
 }
 
@@ -188,6 +194,7 @@ void TopologyWindow::createToolbars()
     createColorToolBar();
     createPointerToolBar();
     fontSizeCombo->setCurrentIndex(1);
+    fontCombo->lineEdit()->home(false);
     handleFontChange();
 }
 
@@ -293,6 +300,45 @@ QMenu* TopologyWindow::createColorMenu(Slot slot, const QColor& defaultColor)
             menu->setDefaultAction(action);
     }
     return menu;
+}
+
+// What carries only a picture is named for who does not know it and for who cannot see it.
+void TopologyWindow::describeTools()
+{
+    const auto describe = [](QWidget* widget, const QString& name) {
+        widget->setToolTip(name);
+        widget->setAccessibleName(name);
+    };
+    describe(fontCombo, QStringLiteral(u"字体"));
+    describe(fontSizeCombo, QStringLiteral(u"字号"));
+    describe(fontColorToolButton, QStringLiteral(u"文字颜色"));
+    describe(fillColorToolButton, QStringLiteral(u"填充颜色"));
+    describe(lineColorToolButton, QStringLiteral(u"线条颜色"));
+    describe(pointerTypeGroup->button(DiagramScene::MoveItem), QStringLiteral(u"选择和移动"));
+    describe(pointerTypeGroup->button(DiagramScene::InsertLine), QStringLiteral(u"连线"));
+    describe(sceneScaleCombo, QStringLiteral(u"显示比例"));
+    describe(buttonGroup->button(DiagramItem::Endpoint), QStringLiteral(u"添加终端"));
+    describe(buttonGroup->button(DiagramItem::Switch), QStringLiteral(u"添加交换机"));
+    for (QAbstractButton* button : backgroundButtonGroup->buttons())
+        describe(button, button->text());
+
+    const QPair<QAction*, QString> actions[] = {{deleteAction, QStringLiteral(u"删除")},
+                                                {toFrontAction, QStringLiteral(u"置于顶层")},
+                                                {sendBackAction, QStringLiteral(u"置于底层")},
+                                                {boldAction, QStringLiteral(u"加粗")},
+                                                {italicAction, QStringLiteral(u"倾斜")},
+                                                {underlineAction, QStringLiteral(u"下划线")}};
+    for (const auto& action : actions) {
+        const QString key = action.first->shortcut().toString(QKeySequence::NativeText);
+        action.first->setToolTip(QStringLiteral("%1 (%2)").arg(action.second, key));
+        for (QWidget* holder : action.first->associatedWidgets()) {
+            auto* bar = qobject_cast<QToolBar*>(holder);
+            if (QWidget* button = bar ? bar->widgetForAction(action.first) : nullptr) {
+                button->setAccessibleName(action.second);
+                button->setFocusPolicy(Qt::TabFocus); // in a tool bar it has none by itself
+            }
+        }
+    }
 }
 
 void TopologyWindow::chooseColor(QAction*& chosen, QToolButton* button, const QString& image)

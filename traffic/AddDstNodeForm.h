@@ -1,7 +1,7 @@
 #pragma once
 
-#include "topology/SingleDialog.h"
 #include "traffic/FlowInfo.h"
+#include "widgets/SingleDialog.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "topology/SingleDialog.h"
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
+#include "widgets/SingleDialog.h"
 
 #include <memory>
 

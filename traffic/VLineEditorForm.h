@@ -1,7 +1,7 @@
 #pragma once
 
-#include "topology/SingleDialog.h"
 #include "traffic/VLineInfo.h"
+#include "widgets/SingleDialog.h"
 
 #include <memory>
 

@@ -6,14 +6,14 @@ QVector<QColor> flowColorTable;
 
 static constexpr int colorCount = 1000;
 
-QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED // the unseeded sequence of qrand() is what makes colours repeatable
-    static int
-    randomComponent()
+static int randomComponent()
 {
+    // The unseeded sequence of qrand() is what makes colours repeatable.
+    QT_WARNING_PUSH;
+    QT_WARNING_DISABLE_DEPRECATED;
     return qrand() % 256;
+    QT_WARNING_POP;
 }
-QT_WARNING_POP
 
 static QColor randomColor()
 {

@@ -22,6 +22,9 @@ FlowListWindow::FlowListWindow(QWidget* parent)
     layout->setSpacing(6);
     auto* groupBox = new QGroupBox(QStringLiteral(u"端口消息列表"));
     groupBox->setObjectName(QStringLiteral("groupBox"));
+    QPalette onWhite = groupBox->palette(); // also where the desktop is dark
+    onWhite.setColor(QPalette::WindowText, Qt::black);
+    groupBox->setPalette(onWhite);
     auto* groupLayout = new QGridLayout(groupBox);
     groupLayout->setSpacing(6);
     listView->setObjectName(QStringLiteral("listView"));

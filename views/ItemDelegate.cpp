@@ -56,10 +56,10 @@ void ItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->drawRect(swatch);
     painter->setPen(Qt::black);
     painter->setFont(QFont(QStringLiteral("Times"), 12, 75));
-    painter->drawText(caption, Qt::AlignLeft, data.caption);
+    painter->drawText(caption, Qt::AlignLeft | Qt::TextDontClip, data.caption);
     painter->setPen(QColor(68, 68, 68));
     painter->setFont(QFont(QStringLiteral("Times"), 10));
-    painter->drawText(slotText, Qt::AlignLeft, data.slotText);
+    painter->drawText(slotText, Qt::AlignLeft | Qt::TextDontClip, data.slotText);
     painter->restore();
 }
 

@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QProgressBar>
+#include <QStyle>
 #include <QToolTip>
 
 #include <iterator>
@@ -33,6 +34,14 @@ private:
     int m_column;
 };
 
+/// As wide as the label of a slot of four digits needs; half of the usual margins, as columns are
+/// many.
+int columnWidthFor(const QHeaderView* header)
+{
+    const int margin = header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+    return header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999")) + margin;
+}
+
 } // namespace
 
 TimeSlotInfo::TimeSlotInfo(QWidget* parent)
@@ -50,6 +59,7 @@ void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
     if (styleSheet() != sheet) // the same one again would polish all bars anew
         setStyleSheet(sheet);
     verticalHeader()->setVisible(false);
+    horizontalHeader()->setDefaultSectionSize(columnWidthFor(horizontalHeader()));
     setColumnCount(slotColumns + 1);
     labelColumns();
     setSelectionBehavior(QAbstractItemView::SelectItems);

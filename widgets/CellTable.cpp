@@ -17,20 +17,34 @@ QWidget* CellTable::createStore()
 void CellTable::storeCell(int row, int column, QWidget* cell)
 {
     setCellWidget(row, column, cell);
+    // By itself the view would keep the addresses of all cell widgets that ever were.
+    connect(cell, &QObject::destroyed, this, &CellTable::editorDestroyed);
     cell->setParent(m_store);
     const QModelIndex index = model()->index(row, column);
     if (isVisible() && updatesEnabled() && visualRect(index).intersects(viewport()->rect()))
         showCell(cell, index);
 }
 
-// The widgets go first and in the order in which they came: the table would let them go in no
-// order, and each would be searched for among all.
-void CellTable::removeAllRows()
+// While there is a table to be told of it.
+CellTable::~CellTable()
+{
+    deleteCells();
+}
+
+// In the order in which they came: the table would let them go in no order, and each would be
+// searched for among all.
+void CellTable::deleteCells()
 {
     for (const QPointer<QWidget>& cell : qAsConst(m_shown))
         delete cell;
     m_shown.clear();
     delete m_store;
+    m_store = nullptr;
+}
+
+void CellTable::removeAllRows()
+{
+    deleteCells();
     m_store = createStore();
     setRowCount(0);
 }

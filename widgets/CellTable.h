@@ -15,6 +15,7 @@ class CellTable : public QTableWidget
 
 public:
     explicit CellTable(QWidget* parent = nullptr);
+    ~CellTable() override;
 
     /// Puts a CellWidget into a cell, in place of one that is there; the table owns it.
     ///
@@ -37,6 +38,7 @@ private:
     void storeCell(int row, int column, QWidget* cell);
     void showCell(QWidget* cell, const QModelIndex& index);
     void hideCell(QWidget* cell);
+    void deleteCells();
     QWidget* createStore();
 
     QWidget* m_store; ///< hidden parent of what is out of view

@@ -3,7 +3,7 @@
 #include "project/ProjectFile.h"
 #include "topology/DiagramScene.h"
 #include "topology/TopologyWindow.h"
-#include "traffic/TrafficTable.h"
+#include "widgets/RowTable.h"
 
 #include <QApplication>
 #include <QComboBox>

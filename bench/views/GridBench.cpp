@@ -1,4 +1,5 @@
 #include "bench/CpuTime.h"
+#include "tests/support/HeapUse.h"
 #include "views/FlowColorTable.h"
 #include "views/TimeSlotInfo.h"
 
@@ -9,7 +10,8 @@
 #include <algorithm>
 
 // What choosing a node, leaving it and scrolling cost in the grid, against what its bars alone
-// cost: the same bars with the same style sheets, made and put nowhere. Compare ratios of one run.
+// cost: the same bars with the same style sheets, made and put nowhere; how that grows, and what
+// stays in memory. Compare ratios of one run.
 
 /// Used slots spread over the first ports, each slot once; of 200 flows.
 static PortSchedule busyNode(int ports, int slotsAPort)
@@ -74,6 +76,14 @@ static double scrollStep(TimeSlotInfo& table)
     return time / std::max(1, steps);
 }
 
+/// Milliseconds of CPU time, the smallest of three rounds.
+struct GridCost {
+    double bars = 1e12;
+    double shown = 1e12;
+    double left = 1e12;
+    double step = 1e12;
+};
+
 struct Case {
     const char* name;
     int ports;
@@ -81,26 +91,71 @@ struct Case {
     int slotCount;
 };
 
-static void measure(const Case& grid)
+static GridCost costOf(const Case& grid)
 {
     const PortSchedule busy = busyNode(grid.ports, grid.usedSlots);
     const PortSchedule quiet = quietNode(grid.ports);
-    double bars = 1e12;
-    double shown = 1e12;
-    double left = 1e12;
-    double step = 1e12;
+    GridCost cost;
     for (int round = 0; round < 3; ++round) {
         TimeSlotInfo table(nullptr);
         table.resize(1000, 400);
         table.show();
         cpuTime([&] { table.showPorts(quiet, grid.slotCount); });
-        bars = std::min(bars, barsAlone(busy));
-        shown = std::min(shown, cpuTime([&] { table.showPorts(busy, grid.slotCount); }));
-        step = std::min(step, scrollStep(table));
-        left = std::min(left, cpuTime([&] { table.showPorts(quiet, grid.slotCount); }));
+        cost.bars = std::min(cost.bars, barsAlone(busy));
+        cost.shown = std::min(cost.shown, cpuTime([&] { table.showPorts(busy, grid.slotCount); }));
+        cost.step = std::min(cost.step, scrollStep(table));
+        cost.left = std::min(cost.left, cpuTime([&] { table.showPorts(quiet, grid.slotCount); }));
     }
-    std::printf("%-36s %9.0f %9.0f %9.0f %9.2f   %6.2f %6.2f\n", grid.name, bars, shown, left, step,
-                shown / bars, left / bars);
+    return cost;
+}
+
+static void measure(const Case& grid)
+{
+    const GridCost cost = costOf(grid);
+    std::printf("%-36s %9.0f %9.0f %9.0f %9.2f   %6.2f %6.2f\n", grid.name, cost.bars, cost.shown,
+                cost.left, cost.step, cost.shown / cost.bars, cost.left / cost.bars);
+}
+
+static void measureGrowth()
+{
+    Growth bars;
+    Growth shown;
+    Growth left;
+    Growth step;
+    for (const int usedSlots : {39, 78, 156, 312, 624}) {
+        const GridCost cost = costOf({"", 64, usedSlots, 5000});
+        const double cells = 64.0 * usedSlots;
+        bars.add(cells, cost.bars);
+        shown.add(cells, cost.shown);
+        left.add(cells, cost.left);
+        step.add(cells, cost.step);
+    }
+    std::printf("2,500 to 40,000 used cells in 64 rows, ms of CPU time\n");
+    bars.print("  bars alone");
+    shown.print("  choosing the node");
+    left.print("  leaving it");
+    step.print("  a scrolling step");
+}
+
+static void measureMemory()
+{
+    constexpr int rounds = 100;
+    TimeSlotInfo table(nullptr);
+    table.resize(1000, 400);
+    table.show();
+    const auto chooseTwoNodes = [&] {
+        for (const int ports : {64, 16}) {
+            table.showPorts(busyNode(ports, 78), 5000);
+            QCoreApplication::processEvents();
+        }
+    };
+    for (int round = 0; round < 10; ++round)
+        chooseTwoNodes();
+    const qint64 before = heapUse();
+    for (int round = 0; round < rounds; ++round)
+        chooseTwoNodes();
+    std::printf("memory after ten rounds of choosing two nodes: %+.1f kB a round\n",
+                double(heapUse() - before) / 1000 / rounds);
 }
 
 static void measureColumns()
@@ -134,5 +189,7 @@ int main(int argc, char** argv)
                              Case{"20,000 used cells in 20,000 rows", 20000, 1, 20},
                              Case{"50,000 used cells in one row", 1, 50000, 50000}})
         measure(grid);
+    measureGrowth();
+    measureMemory();
     return 0;
 }

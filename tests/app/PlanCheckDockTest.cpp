@@ -173,6 +173,7 @@ private slots:
     void menuKeyOpensWithinTheViewWhenTheCellIsScrolledAway()
     {
         CheckedStudio studio;
+        studio.window.resize(studio.window.minimumSize()); // all of it on the screen
         studio.plan("avionics-line");
         studio.clickPlanInfo();
         TimeSlotInfo* grid = studio.sendTable();

@@ -2,6 +2,7 @@
 #include "tests/support/GuiTestMain.h"
 
 #include <QClipboard>
+#include <QScreen>
 #include <QScrollBar>
 #include <QToolTip>
 
@@ -50,6 +51,16 @@ private slots:
         studio.plan("ring");
         QVERIFY(studio.summary().startsWith(QStringLiteral(u"未发现问题。")));
         QCOMPARE(findings->model()->rowCount(), 0);
+    }
+
+    void formIsWithinTheScreen()
+    {
+        CheckedStudio studio;
+        studio.window.move(0, 0);
+        studio.clickPlanInfo();
+        const QRect form = studio.openForm()->geometry();
+        const QRect screen = studio.window.screen()->availableGeometry();
+        QVERIFY2(screen.contains(form), qPrintable(QString::number(form.width())));
     }
 
     void withoutAScheduleTheFormSaysSo()

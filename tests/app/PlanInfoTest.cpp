@@ -4,6 +4,7 @@
 #include "tests/app/PlannedStudio.h"
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/HeapUse.h"
 
 #include <QDockWidget>
 #include <QLabel>
@@ -52,6 +53,31 @@ private slots:
         dock->setFloating(true);
         studio.clickPlanInfo();
         QVERIFY(dock->isVisible() && !dock->isFloating());
+    }
+
+    void choosingAgainAndAgainKeepsMemoryLevel()
+    {
+        PlannedStudio studio;
+        studio.clickPlanInfo();
+        studio.plan("avionics-line");
+        const auto chooseAll = [&] {
+            for (const int table : {1, 0}) {
+                studio.chooseTable(table);
+                for (int row = 0; row < studio.nodes()->count(); ++row) {
+                    studio.nodes()->setCurrentRow(row);
+                    QCoreApplication::processEvents();
+                    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                }
+            }
+        };
+        constexpr int rounds = 10;
+        for (int round = 0; round < rounds; ++round)
+            chooseAll();
+        const qint64 before = heapUse();
+        for (int round = 0; round < rounds; ++round)
+            chooseAll();
+        const qint64 grown = heapUse() - before;
+        QVERIFY2(grown < rounds * 10000, qPrintable(QString::number(grown)));
     }
 
     void runNodePortCards()

@@ -4,8 +4,11 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QGlyphRun>
 #include <QLabel>
+#include <QRawFont>
 #include <QTemporaryDir>
+#include <QTextLayout>
 #include <QThread>
 #include <QTimer>
 #include <QtTest>
@@ -25,6 +28,9 @@ struct Turn {
     bool splashStillVisible = false;
     bool versionsEmpty = false;
     bool splashClosedAfterwards = false;
+    qint64 msFromSplashPainted = -1;
+    QString textOfOk;
+    QString fontOfHan;
     const void* mainWindow = nullptr;
 };
 
@@ -43,6 +49,9 @@ public:
 
     bool eventFilter(QObject* object, QEvent* event) override
     {
+        if (event->type() == QEvent::Paint && qobject_cast<SplashWindow*>(object) &&
+            !m_sincePaint.isValid())
+            m_sincePaint.start();
         auto* window = event->type() == QEvent::Show ? qobject_cast<MainWindow*>(object) : nullptr;
         if (window && !m_done) {
             m_done = true;
@@ -66,6 +75,15 @@ private:
         return nullptr;
     }
 
+    static QString fontOf(const QString& text)
+    {
+        QTextLayout layout(text);
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        return layout.glyphRuns().value(0).rawFont().familyName();
+    }
+
     void observe(MainWindow* window)
     {
         Turn turn;
@@ -76,10 +94,14 @@ private:
         turn.splashStillVisible = splash != nullptr;
         turn.versionsEmpty = splash && SplashWindowProbe::versions(*splash).isEmpty();
         turn.mainWindow = window;
+        turn.msFromSplashPainted = m_sincePaint.isValid() ? m_sincePaint.elapsed() : -1;
+        turn.textOfOk = QCoreApplication::translate("QPlatformTheme", "OK");
+        turn.fontOfHan = fontOf(QStringLiteral(u"直"));
         turns.append(turn);
     }
 
     QElapsedTimer m_timer;
+    QElapsedTimer m_sincePaint;
     bool m_done = false;
 };
 
@@ -127,6 +149,29 @@ private slots:
         QVERIFY(turns.first().splashStillVisible);
         QVERIFY(turns.first().versionsEmpty);
         QVERIFY(turns.first().splashClosedAfterwards);
+    }
+
+    void splashIsPaintedBeforeTheWait()
+    {
+        exitCodes = {0};
+        run();
+        QVERIFY(turns.first().msFromSplashPainted >= 1900);
+    }
+
+    void textsAndLettersAreChineseWhateverTheLocale()
+    {
+        exitCodes = {0};
+        run();
+        QCOMPARE(turns.first().textOfOk, QStringLiteral(u"确定"));
+        QVERIFY2(turns.first().fontOfHan.contains(QLatin1String("SC")),
+                 qPrintable(turns.first().fontOfHan));
+    }
+
+    void screensOfHighResolutionAreUsed()
+    {
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+        turns.append(Turn());
     }
 
     void identityDecidesWhereSettingsAreKept()

@@ -148,6 +148,50 @@ private slots:
         QVERIFY(table->isVisible());
     }
 
+    void newRowIsScrolledTo()
+    {
+        FilledStudio studio(60);
+        QTableWidget* table = studio.probe.flowTable();
+        const QRect last = table->visualItemRect(table->item(59, 0));
+        QVERIFY(table->viewport()->rect().contains(last));
+    }
+
+    void openedTablesShowTheirBeginning()
+    {
+        FilledStudio studio(60);
+        const QList<FlowInfo> flows = studio.probe.flowInfoList();
+        studio.probe.addFlowsOfProject(flows);
+        QCOMPARE(studio.probe.flowTable()->rowAt(0), 0);
+    }
+
+    void textsThatMayBeCutAreShownInFullByToolTips()
+    {
+        FilledStudio studio(1);
+        QTableWidget* table = studio.probe.flowTable();
+        QVERIFY(!table->wordWrap());
+        for (int column = 0; column < table->columnCount(); ++column) {
+            const QTableWidgetItem* header = table->horizontalHeaderItem(column);
+            QCOMPARE(header->toolTip(), header->text());
+        }
+        for (int column = 0; column < 7; ++column)
+            QCOMPARE(table->item(0, column)->toolTip(), table->item(0, column)->text());
+        auto* box = qobject_cast<QComboBox*>(table->cellWidget(0, 7));
+        box->setCurrentIndex(1);
+        QCOMPARE(box->toolTip(), QStringLiteral("{C,[0,1]}"));
+        QCOMPARE(box->itemData(0, Qt::ToolTipRole).toString(), QStringLiteral("{B,[0,1]}"));
+    }
+
+    void dockThatIsShownIsRaised()
+    {
+        FilledStudio studio(1);
+        studio.clickToolBar(QStringLiteral(u"虚链路配置"));
+        QVERIFY(!studio.probe.vLineDock()->isVisible());
+        studio.clickToolBar(QStringLiteral(u"虚链路配置"));
+        const auto inFront = [](QDockWidget* dock) { return !dock->visibleRegion().isEmpty(); };
+        QTRY_VERIFY(inFront(studio.probe.vLineDock()));
+        QVERIFY(!inFront(studio.probe.flowDock()));
+    }
+
     void callsBeforeTheDocksExistDoNothing()
     {
         Studio studio;

@@ -1,12 +1,11 @@
 #include "project/ScheduleReader.h"
-#include "project/NodeList.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <QListWidget>
+#include <memory>
 
 static QByteArray number(const char* name, int value)
 {
@@ -267,41 +266,6 @@ private slots:
         readNodeNames(names);
         QCOMPARE(names.keys(), QList<int>{1});
         QCOMPARE(log.lines().size(), 1);
-    }
-
-    void nodeListShowsNamesIconsAndIds()
-    {
-        const NodeInfo_Xml schedule{{3, {}}, {1, {}}, {2, {}}};
-        const NodeNames names{{1, {1, QStringLiteral("\"A\"")}}, {2, {0, QStringLiteral("\"S\"")}}};
-        QListWidget list;
-        QSignalSpy selections(&list, &QListWidget::itemSelectionChanged);
-        appendNodes(list, schedule, names);
-        QCOMPARE(list.count(), 3);
-        QCOMPARE(list.item(0)->text(), QStringLiteral("A"));
-        QCOMPARE(list.item(1)->text(), QStringLiteral("S"));
-        QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
-        QCOMPARE(list.currentRow(), 0);
-        QVERIFY(!selections.isEmpty());
-        const QSize size(112, 84);
-        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
-                 QIcon(QStringLiteral(":/images/endpoint.png")).pixmap(size).toImage());
-    }
-
-    void nodeWithoutNameRecordIsANamelessSwitch()
-    {
-        QListWidget list;
-        appendNodes(list, {{3, {}}}, {});
-        QCOMPARE(list.item(0)->text(), QString());
-        const QSize size(112, 84);
-        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
-                 QIcon(QStringLiteral(":/images/switch.png")).pixmap(size).toImage());
-    }
-
-    void nodeOfAnotherKindIsSkipped()
-    {
-        QListWidget list;
-        appendNodes(list, {{3, {}}}, {{3, {2, QStringLiteral("\"X\"")}}});
-        QCOMPARE(list.count(), 0);
     }
 
 private:

@@ -3,7 +3,9 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QFontComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QToolBar>
 #include <QToolButton>
 #include <QWidgetAction>
@@ -112,6 +114,15 @@ private slots:
             for (QAction* action : bar->actions())
                 QVERIFY2(bar->widgetForAction(action)->isVisible(), qPrintable(action->text()));
         }
+    }
+
+    void fontIsNamedFromItsFirstLetter()
+    {
+        Editor editor;
+        auto* fonts = editor.window.findChild<QFontComboBox*>();
+        QCOMPARE(fonts->lineEdit()->cursorPosition(), 0);
+        fonts->setCurrentIndex((fonts->currentIndex() + 1) % fonts->count());
+        QCOMPARE(fonts->lineEdit()->cursorPosition(), 0);
     }
 
     void menusHoldTheirEntries()

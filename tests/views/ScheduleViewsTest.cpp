@@ -1,24 +1,28 @@
 #include "views/FlowColorTable.h"
 #include "views/FlowListWindow.h"
 #include "views/ItemDelegate.h"
+#include "views/NodeList.h"
 #include "views/PlanInfoWindow.h"
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/HeapUse.h"
 #include "tests/support/ToolTips.h"
 
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QListView>
+#include <QListWidget>
 #include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSplitter>
 #include <QStandardItemModel>
 
 #include <algorithm>
 
-// The grid and the cards; cards are read at the points that their geometry names.
+// The nodes, the grid and the cards; cards are read at the points that their geometry names.
 
 static QMap<int, qint64> slotSet(const QList<int>& numbers)
 {
@@ -103,6 +107,43 @@ class ScheduleViewsTest : public QObject
 private slots:
     void initTestCase() { fillFlowColorTable(); }
 
+    // ---- Nodes
+
+    void nodeListShowsNamesIconsAndIds()
+    {
+        const NodeInfo_Xml schedule{{3, {}}, {1, {}}, {2, {}}};
+        const NodeNames names{{1, {1, QStringLiteral("\"A\"")}}, {2, {0, QStringLiteral("\"S\"")}}};
+        QListWidget list;
+        QSignalSpy selections(&list, &QListWidget::itemSelectionChanged);
+        appendNodes(list, NodeIcons(), schedule, names);
+        QCOMPARE(list.count(), 3);
+        QCOMPARE(list.item(0)->text(), QStringLiteral("A"));
+        QCOMPARE(list.item(1)->text(), QStringLiteral("S"));
+        QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
+        QCOMPARE(list.currentRow(), 0);
+        QVERIFY(!selections.isEmpty());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/endpoint.png")).pixmap(size).toImage());
+    }
+
+    void nodeWithoutNameRecordIsANamelessSwitch()
+    {
+        QListWidget list;
+        appendNodes(list, NodeIcons(), {{3, {}}}, {});
+        QCOMPARE(list.item(0)->text(), QString());
+        const QSize size(112, 84);
+        QCOMPARE(list.item(0)->icon().pixmap(size).toImage(),
+                 QIcon(QStringLiteral(":/images/switch.png")).pixmap(size).toImage());
+    }
+
+    void nodeOfAnotherKindIsSkipped()
+    {
+        QListWidget list;
+        appendNodes(list, NodeIcons(), {{3, {}}}, {{3, {2, QStringLiteral("\"X\"")}}});
+        QCOMPARE(list.count(), 0);
+    }
+
     // ---- Grid
 
     void gridHasARowAPortAndAColumnASlot()
@@ -125,6 +166,17 @@ private slots:
         QVERIFY(table.verticalHeader()->isHidden());
         QCOMPARE(table.horizontalHeader()->sectionResizeMode(1), QHeaderView::Fixed);
         QCOMPARE(table.styleSheet(), QStringLiteral("QTableWidget::item{padding:0px;}"));
+    }
+
+    void columnHasRoomForASlotOfFourDigits()
+    {
+        TimeSlotInfo table(nullptr);
+        table.setupSlotTable({{0, {}}}, 10000);
+        const QHeaderView* header = table.horizontalHeader();
+        const int needed = header->fontMetrics().horizontalAdvance(QStringLiteral(u"时隙9999"));
+        QVERIFY(header->sectionSize(9999) > needed);
+        QVERIFY(header->sectionSize(9999) < 2 * needed);
+        QCOMPARE(header->sectionSize(10000), header->sectionSize(1));
     }
 
     void nodeWithoutPortsGivesHeadersOnly()
@@ -300,6 +352,27 @@ private slots:
         QVERIFY(table.cellWidget(0, 1)->isVisible());
     }
 
+    void choosingBusyNodesAgainAndAgainKeepsMemoryLevel()
+    {
+        PortSchedule busy;
+        for (int port = 0; port < 16; ++port)
+            busy[port][port] = slotSet({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31});
+        const PortSchedule quiet{{0, {{1, slotSet({2, 4})}}}};
+        ShownGrid grid(busy, 64);
+        const auto chooseBoth = [&](int rounds) {
+            for (int round = 0; round < rounds; ++round) {
+                grid.table.showPorts(quiet, 64);
+                grid.table.showPorts(busy, 64);
+                QCoreApplication::processEvents();
+            }
+        };
+        chooseBoth(10);
+        const qint64 before = heapUse();
+        chooseBoth(40);
+        const qint64 grown = heapUse() - before;
+        QVERIFY2(grown < 80000, qPrintable(QString::number(grown)));
+    }
+
     void barsOfEarlierNodesDoNotWaitForTheEventLoop()
     {
         TimeSlotInfo table(nullptr);
@@ -310,6 +383,16 @@ private slots:
     }
 
     // ---- Cards
+
+    void titleOfTheCardsIsLegibleOnADarkDesktop()
+    {
+        const QPalette before = QApplication::palette();
+        QApplication::setPalette(QPalette(QColor(50, 50, 50), QColor(30, 30, 30)));
+        const FlowListWindow window(nullptr);
+        const auto* box = window.findChild<QGroupBox*>();
+        QCOMPARE(box->palette().color(QPalette::WindowText), QColor(Qt::black));
+        QApplication::setPalette(before);
+    }
 
     void eachSlotOfAFlowIsACard()
     {

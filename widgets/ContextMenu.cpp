@@ -1,4 +1,4 @@
-#include "topology/ContextMenu.h"
+#include "widgets/ContextMenu.h"
 
 #include <QGraphicsItem>
 #include <QGraphicsScene>

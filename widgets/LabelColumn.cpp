@@ -1,4 +1,4 @@
-#include "topology/LabelColumn.h"
+#include "widgets/LabelColumn.h"
 
 #include <QBoxLayout>
 #include <QLabel>

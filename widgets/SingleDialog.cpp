@@ -1,4 +1,4 @@
-#include "topology/SingleDialog.h"
+#include "widgets/SingleDialog.h"
 
 SingleDialog::SingleDialog(QWidget* parent) : QDialog(parent) {}
 

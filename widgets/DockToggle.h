@@ -2,7 +2,8 @@
 
 #include <QDockWidget>
 
-/// Hides a visible dock, and shows a hidden one docked, even if it was floating.
+/// Hides a visible dock, and shows a hidden one docked, even if it was floating, before its
+/// neighbours.
 inline void toggleDock(QDockWidget* dock)
 {
     if (dock->isVisible()) {
@@ -11,4 +12,5 @@ inline void toggleDock(QDockWidget* dock)
     }
     dock->setFloating(false);
     dock->setVisible(true);
+    dock->raise();
 }

@@ -5,6 +5,7 @@
 #include "app/PlanCheckForm.h"
 #include "app/ViewMenu.h"
 #include "project/DocumentFolder.h"
+#include "views/PlanPanelNames.h"
 #include "views/TimeSlotInfo.h"
 
 #include <QApplication>
@@ -41,7 +42,7 @@ void MainWindow::offerPlanCheck(QDockWidget* dock)
     const auto offer = [this](QAbstractItemView* view) {
         addViewMenu(view, {{QStringLiteral(u"检查调度表…"), [this] { showPlanCheckForm(); }}});
     };
-    offer(dock->findChild<QListWidget*>(QStringLiteral("nodeInfoWidget")));
+    offer(dock->findChild<QListWidget*>(planPanel::nodes()));
     for (auto* grid : dock->findChildren<TimeSlotInfo*>())
         offer(grid);
     for (auto* cards : dock->findChildren<QListView*>(QStringLiteral("listView")))
@@ -111,8 +112,7 @@ void MainWindow::showPlace(const PlanPlace& place)
     if (!planInfoDock || planInfoDock->isHidden())
         planInfo();
     planInfoDock->raise();
-    planInfoDock->findChild<QComboBox*>(QStringLiteral("comboboxFlowTableType"))
-        ->setCurrentIndex(table);
+    planInfoDock->findChild<QComboBox*>(planPanel::tableType())->setCurrentIndex(table);
     const PlanView view = currentPlanView();
     for (int row = 0; row < view.nodes->count(); ++row) {
         if (view.nodes->item(row)->data(Qt::UserRole).toInt() == place.node)

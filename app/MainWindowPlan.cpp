@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "views/PlanPanelNames.h"
 #include "widgets/DockToggle.h"
 
 #include "project/ScheduleReader.h"
@@ -98,19 +99,18 @@ void MainWindow::changeStackedWidgetPage(int index)
 {
     if (!planInfoDock)
         return;
-    planInfoDock->findChild<QStackedWidget*>(QStringLiteral("stackedWidget"))
-        ->setCurrentIndex(index);
+    planInfoDock->findChild<QStackedWidget*>(planPanel::pages())->setCurrentIndex(index);
     updateNodeInfo();
 }
 
 MainWindow::PlanView MainWindow::currentPlanView()
 {
-    const auto* type = planInfoDock->findChild<QComboBox*>(QStringLiteral("comboboxFlowTableType"));
+    const auto* type = planInfoDock->findChild<QComboBox*>(planPanel::tableType());
     const bool receives = type->currentText() == QStringLiteral(u"接收控制表");
-    const QString suffix = receives ? QStringLiteral("rcv") : QStringLiteral("send");
-    return {planInfoDock->findChild<QListWidget*>(QStringLiteral("nodeInfoWidget")),
-            planInfoDock->findChild<TimeSlotInfo*>(QStringLiteral("timeSlotInfo_") + suffix),
-            planInfoDock->findChild<FlowListWindow*>(QStringLiteral("flowListWindow_") + suffix),
+    const QString variant = receives ? planPanel::receive() : planPanel::send();
+    return {planInfoDock->findChild<QListWidget*>(planPanel::nodes()),
+            planInfoDock->findChild<TimeSlotInfo*>(planPanel::grid(variant)),
+            planInfoDock->findChild<FlowListWindow*>(planPanel::flowList(variant)),
             receives ? rcvNodeInfo : sendNodeInfo,
             receives ? FlowListWindow::Receive : FlowListWindow::Send};
 }
@@ -119,8 +119,8 @@ void MainWindow::updateInfoBarText()
 {
     if (!planInfoDock)
         return;
-    auto* cycle = planInfoDock->findChild<QLabel*>(QStringLiteral("schedCycleLabel"));
-    auto* slotLength = planInfoDock->findChild<QLabel*>(QStringLiteral("slotLenLabel"));
+    auto* cycle = planInfoDock->findChild<QLabel*>(planPanel::cycleLabel());
+    auto* slotLength = planInfoDock->findChild<QLabel*>(planPanel::slotLengthLabel());
     if (!cycle || !slotLength)
         return;
     cycle->setText(QStringLiteral(u"循环周期:%1us  ").arg(schedCycle));

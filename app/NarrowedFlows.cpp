@@ -1,27 +1,12 @@
 #include "app/NarrowedFlows.h"
 
+#include "project/RecordFields.h"
+
 #include <algorithm>
-#include <tuple>
 
 using synthesis::NarrowedFlow;
 using synthesis::NarrowedListener;
 using synthesis::NarrowedWindow;
-
-static bool operator==(const DstNodeInfo& a, const DstNodeInfo& b)
-{
-    return std::tie(a.dstNodeName, a.rcvWindowLow, a.rcvWindowHigh) ==
-           std::tie(b.dstNodeName, b.rcvWindowLow, b.rcvWindowHigh);
-}
-
-static bool isSame(const FlowInfo& a, const FlowInfo& b)
-{
-    const auto texts = [](const FlowInfo& flow) {
-        return std::tie(flow.flowType, flow.flowId, flow.flowPeriod, flow.flowSize, flow.vLineId,
-                        flow.srcNode, flow.sendWindowLow, flow.sendWindowHigh);
-    };
-    return texts(a) == texts(b) &&
-           std::equal(a.dstNodes.begin(), a.dstNodes.end(), b.dstNodes.begin(), b.dstNodes.end());
-}
 
 static bool isChanged(const NarrowedWindow& window)
 {
@@ -72,7 +57,7 @@ QList<int> NarrowedFlows::adopt(QList<FlowInfo>& flows, const std::vector<Narrow
 void NarrowedFlows::keep(const FlowInfo& before, const FlowInfo& after)
 {
     for (Change& change : m_changes) {
-        if (isSame(change.after, before)) {
+        if (areEqual(change.after, before)) {
             change.after = after;
             return;
         }
@@ -86,7 +71,7 @@ QList<int> NarrowedFlows::restore(QList<FlowInfo>& flows)
     for (int row = 0; row < flows.size(); ++row) {
         const auto change =
             std::find_if(m_changes.begin(), m_changes.end(), [&flows, row](const Change& each) {
-                return isSame(each.after, flows.at(row));
+                return areEqual(each.after, flows.at(row));
             });
         if (change == m_changes.end())
             continue;
@@ -101,7 +86,8 @@ QList<int> NarrowedFlows::restore(QList<FlowInfo>& flows)
 bool NarrowedFlows::canRestore(const QList<FlowInfo>& flows) const
 {
     return std::any_of(m_changes.begin(), m_changes.end(), [&flows](const Change& change) {
-        return std::any_of(flows.begin(), flows.end(),
-                           [&change](const FlowInfo& flow) { return isSame(change.after, flow); });
+        return std::any_of(flows.begin(), flows.end(), [&change](const FlowInfo& flow) {
+            return areEqual(change.after, flow);
+        });
     });
 }

@@ -4,6 +4,7 @@
 #include "traffic/FlowInfo.h"
 #include "traffic/VLineInfo.h"
 
+#include <algorithm>
 #include <tuple>
 #include <type_traits>
 
@@ -69,3 +70,18 @@ struct MemberType<Field Record::*> {
 };
 template <typename Pointer>
 using FieldType = typename MemberType<Pointer>::Type;
+
+/// Whether all fields of two records are equal, those of records in them too.
+template <typename Field>
+bool areEqual(const Field& a, const Field& b)
+{
+    if constexpr (hasFields<Field>) {
+        return std::apply([&](auto... field) { return (areEqual(a.*field, b.*field) && ...); },
+                          fieldsOf<Field>);
+    } else if constexpr (isList<Field>) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                          [](const auto& x, const auto& y) { return areEqual(x, y); });
+    } else {
+        return a == b;
+    }
+}

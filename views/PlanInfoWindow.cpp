@@ -1,6 +1,7 @@
 #include "views/PlanInfoWindow.h"
 
 #include "views/FlowListWindow.h"
+#include "views/PlanPanelNames.h"
 #include "views/TimeSlotInfo.h"
 
 #include <QComboBox>
@@ -33,27 +34,27 @@ void PlanInfoWindow::createToolBars()
 
     QToolBar* tables = addToolBar(QStringLiteral(u"调度表切换"));
     tableType = new QComboBox;
-    tableType->setObjectName(QStringLiteral("comboboxFlowTableType"));
+    tableType->setObjectName(planPanel::tableType());
     tableType->addItems({QStringLiteral(u"发送控制表"), QStringLiteral(u"接收控制表")});
     tables->addWidget(tableType);
 
     QToolBar* info = addToolBar(QStringLiteral(u"信息展示"));
     auto* cycle = new QLabel(QStringLiteral(u"循环周期:"));
-    cycle->setObjectName(QStringLiteral("schedCycleLabel"));
+    cycle->setObjectName(planPanel::cycleLabel());
     info->addWidget(cycle);
     auto* slotLength = new QLabel(QStringLiteral(u"时隙长度:"));
-    slotLength->setObjectName(QStringLiteral("slotLenLabel"));
+    slotLength->setObjectName(planPanel::slotLengthLabel());
     info->addWidget(slotLength);
 }
 
-QWidget* PlanInfoWindow::createPage(const QString& suffix, TimeSlotInfo*& table)
+QWidget* PlanInfoWindow::createPage(const QString& variant, TimeSlotInfo*& table)
 {
     auto* page = new QSplitter(Qt::Vertical);
     table = new TimeSlotInfo(page);
-    table->setObjectName(QStringLiteral("timeSlotInfo_") + suffix);
+    table->setObjectName(planPanel::grid(variant));
     page->addWidget(table);
     auto* flows = new FlowListWindow(nullptr); // becomes a part of the page only by being added
-    flows->setObjectName(QStringLiteral("flowListWindow_") + suffix);
+    flows->setObjectName(planPanel::flowList(variant));
     page->addWidget(flows);
     return page;
 }
@@ -66,14 +67,14 @@ void PlanInfoWindow::createPages()
     layout->addWidget(splitter, 0, 0);
 
     nodeList = new QListWidget;
-    nodeList->setObjectName(QStringLiteral("nodeInfoWidget"));
+    nodeList->setObjectName(planPanel::nodes());
     nodeList->setIconSize(QSize(50, 50));
     splitter->addWidget(nodeList);
 
     auto* pages = new QStackedWidget;
-    pages->setObjectName(QStringLiteral("stackedWidget"));
-    pages->addWidget(createPage(QStringLiteral("send"), sendTable));
-    pages->addWidget(createPage(QStringLiteral("rcv"), receiveTable));
+    pages->setObjectName(planPanel::pages());
+    pages->addWidget(createPage(planPanel::send(), sendTable));
+    pages->addWidget(createPage(planPanel::receive(), receiveTable));
     splitter->addWidget(pages);
     splitter->setStretchFactor(1, 1);
     setCentralWidget(central);

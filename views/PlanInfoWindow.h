@@ -33,7 +33,7 @@ private:
     /// Widens the list of nodes so that names stand beside their icons.
     void makeRoomForNames();
     void createToolBars();
-    QWidget* createPage(const QString& suffix, TimeSlotInfo*& table);
+    QWidget* createPage(const QString& variant, TimeSlotInfo*& table);
     void createPages();
 
     QSplitter* splitter = nullptr;

@@ -6,6 +6,15 @@
 
 #include <csignal>
 
+bool canTraceChildren()
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 ? 0 : 1);
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 // Nothing of the test program runs in the child but the work: no exit handlers, no other thread.
 [[noreturn]] static void runTraced(const std::function<void()>& work)
 {

@@ -1,24 +1,8 @@
 #include "tests/app/PlannedStudio.h"
 #include "tests/support/GuiTestMain.h"
-
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#else
-#include <malloc.h>
-#endif
+#include "tests/support/HeapUse.h"
 
 // One studio, used all day: what a round needs is given back.
-
-/// Bytes that the program has asked for and not given back.
-static qint64 memoryInUse()
-{
-#ifdef __SANITIZE_ADDRESS__
-    return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
-#else
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<qint64>(info.uordblks) + static_cast<qint64>(info.hblkhd);
-#endif
-}
 
 /// Opens a project, plans its network, and looks at each node with its ports and at the tables.
 static void useStudio(PlannedStudio& studio)
@@ -58,10 +42,10 @@ private slots:
         qint64 before = 0;
         for (int round = 0; round < rounds; ++round) {
             if (round == warmUp)
-                before = memoryInUse();
+                before = heapUse();
             useStudio(studio);
         }
-        const qint64 grown = memoryInUse() - before;
+        const qint64 grown = heapUse() - before;
         QVERIFY2(grown <= mostPerRound * (rounds - warmUp),
                  qPrintable(QStringLiteral("%1 bytes more").arg(grown)));
     }

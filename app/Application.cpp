@@ -73,7 +73,7 @@ static int runTurn(int& argc, char** argv)
     translateLibraryTexts(libraryTexts);
     const QSettings settings;
     SplashWindow splash;
-    const PaintWatch watch(splash);
+    PaintWatch watch(splash);
     splash.show();
     waitUntilSeen(splash, watch);
     holdSplash();

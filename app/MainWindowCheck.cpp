@@ -33,7 +33,9 @@ void MainWindow::markCheckedNodes(QListWidget* nodes)
 {
     for (int row = 0; planCheck && row < nodes->count(); ++row) {
         QListWidgetItem* item = nodes->item(row);
-        item->setToolTip(nodeToolTip(*planCheck, item->data(Qt::UserRole).toInt()));
+        const QString findings = nodeToolTip(*planCheck, item->data(Qt::UserRole).toInt());
+        if (!findings.isEmpty())
+            item->setToolTip(item->text() + QLatin1Char('\n') + findings);
     }
 }
 

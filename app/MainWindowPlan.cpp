@@ -73,25 +73,27 @@ void MainWindow::planInfo()
 }
 
 // The drawing keeps more than half of the height, and the schedule takes the width that its many
-// columns need from the tables beside it.
+// columns need from the tables beside it. A dock that is hidden or that the user has put elsewhere
+// is left alone.
 void MainWindow::shareRoomAmongDocks()
 {
     constexpr int tablesPercent = 30;
     constexpr int schedulePercent = 42;
-    const int heightPercent = planInfoDock ? schedulePercent : tablesPercent;
     QList<QDockWidget*> docks;
     QList<int> widths;
-    for (QDockWidget* tables : {vLineDock, flowDock}) {
-        if (!tables)
+    for (QDockWidget* dock : {vLineDock, flowDock, planInfoDock}) {
+        if (!dock || dock->isHidden() || dock->isFloating() ||
+            dockWidgetArea(dock) != Qt::BottomDockWidgetArea)
             continue;
-        docks.append(tables);
-        widths.append(1);
+        docks.append(dock);
+        widths.append(dock == planInfoDock ? width() : 1);
     }
-    if (planInfoDock) {
-        docks.append(planInfoDock);
-        widths.append(width());
+    if (docks.isEmpty())
+        return;
+    const bool hasSchedule = docks.last() == planInfoDock;
+    if (hasSchedule)
         resizeDocks(docks, widths, Qt::Horizontal);
-    }
+    const int heightPercent = hasSchedule ? schedulePercent : tablesPercent;
     resizeDocks({docks.last()}, {height() * heightPercent / 100}, Qt::Vertical);
 }
 

@@ -185,13 +185,17 @@ void Arrow::paintLabels(QPainter* painter, const QLineF& centers) const
     drawLabel(endPoint, endEdge, dstPort);
 }
 
+// Smoothed, a line of one pixel would be two grey ones.
 void Arrow::paintSelection(QPainter* painter) const
 {
+    const bool smooth = painter->testRenderHint(QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::Antialiasing, false);
     const bool steep = std::abs(line().dy() / line().dx()) > 1.0;
     const QPointF offset = steep ? QPointF(selectionDistance, 0) : QPointF(0, selectionDistance);
     painter->setPen(QPen(QBrush(color), 1.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin));
     painter->drawLine(line().translated(offset));
     painter->drawLine(line().translated(-offset));
+    painter->setRenderHint(QPainter::Antialiasing, smooth);
 }
 
 void Arrow::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)

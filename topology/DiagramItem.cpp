@@ -78,9 +78,12 @@ void DiagramItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* optio
 
 void DiagramItem::paintPicture(QPainter* painter, const QRect& target) const
 {
+    if (pixmap.isNull())
+        return;
     const qreal scale = painter->deviceTransform().m11();
     const bool smooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
-    if (scale > 1.0 && !largePixmap.isNull())
+    const bool isOwn = pixmap.cacheKey() == QGraphicsPixmapItem::pixmap().cacheKey();
+    if (scale > 1.0 && isOwn && !largePixmap.isNull())
         painter->drawPixmap(target, largePixmap, QRect());
     else if (smooth && qFuzzyCompare(scale, 1.0))
         painter->drawPixmap(target.topLeft(), stretched(pixmap, target.size()));

@@ -52,7 +52,8 @@ void DiagramView::mousePressEvent(QMouseEvent* event)
 {
     const bool selects =
         event->button() == Qt::LeftButton && m_scene->currentMode() == DiagramScene::MoveItem;
-    setDragMode(selects ? RubberBandDrag : NoDrag);
+    if (event->buttons() == event->button()) // a second button does not end what the first began
+        setDragMode(selects ? RubberBandDrag : NoDrag);
     QGraphicsView::mousePressEvent(event);
 }
 

@@ -59,8 +59,12 @@ void TopologyWindow::enterMode(int mode)
         view->viewport()->setCursor(Qt::CrossCursor);
 }
 
+// The node at which a line was begun lets the mouse go, or it would be dragged from now on.
 void TopologyWindow::leaveInsertMode()
 {
+    QGraphicsItem* held = scene->mouseGrabberItem();
+    if (held && scene->currentMode() == DiagramScene::InsertLine)
+        held->ungrabMouse();
     scene->removeLine();
     pointerTypeGroup->button(DiagramScene::MoveItem)->setChecked(true);
     pointerGroupClicked();

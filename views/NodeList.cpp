@@ -9,15 +9,15 @@ NodeIcons::NodeIcons()
 }
 
 /// Null for a kind of node that is neither.
-static QIcon iconOf(int isHost, const NodeIcons& icons)
+static const QIcon* iconOf(int isHost, const NodeIcons& icons)
 {
     switch (isHost) {
     case 0:
-        return icons.networkSwitch;
+        return &icons.networkSwitch;
     case 1:
-        return icons.host;
+        return &icons.host;
     default:
-        return QIcon();
+        return nullptr;
     }
 }
 
@@ -32,11 +32,12 @@ void appendNodes(QListWidget& list, const NodeIcons& icons, const NodeInfo_Xml& 
 {
     for (auto node = nodeInfo.cbegin(); node != nodeInfo.cend(); ++node) {
         const NodeNameRec record = nodeNames.value(node.key());
-        const QIcon icon = iconOf(record.isHost, icons);
-        if (icon.isNull())
+        const QIcon* icon = iconOf(record.isHost, icons);
+        if (!icon)
             continue;
-        auto* item = new QListWidgetItem(icon, withoutQuotes(record.name));
+        auto* item = new QListWidgetItem(*icon, withoutQuotes(record.name));
         item->setData(Qt::UserRole, node.key());
+        item->setToolTip(item->text()); // the list may be too narrow for it
         list.addItem(item);
     }
     list.setCurrentRow(0);

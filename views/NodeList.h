@@ -19,7 +19,7 @@ struct NodeIcons {
 
 /// Appends an entry for each node of the schedule, by ascending id, and selects row 0.
 ///
-/// An entry has the node's icon, its name without the quote characters, and its id at Qt::UserRole.
-/// A node without a name record counts as a nameless switch.
+/// An entry has the node's icon, its name without the quote characters, once more as its tool tip,
+/// and its id at Qt::UserRole. A node without a name record counts as a nameless switch.
 void appendNodes(QListWidget& list, const NodeIcons& icons, const NodeInfo_Xml& nodeInfo,
                  const NodeNames& nodeNames);

@@ -10,11 +10,9 @@
 #include <QListWidget>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QToolBar>
 
 static constexpr int nodeListWidth = 100;
-static constexpr int namesWidth = 164; // an icon and some ten letters
 
 PlanInfoWindow::PlanInfoWindow(QWidget* parent) : QMainWindow(parent)
 {
@@ -63,7 +61,7 @@ void PlanInfoWindow::createPages()
 {
     auto* central = new QWidget(this);
     auto* layout = new QGridLayout(central);
-    splitter = new QSplitter(Qt::Horizontal);
+    auto* splitter = new QSplitter(Qt::Horizontal);
     layout->addWidget(splitter, 0, 0);
 
     nodeList = new QListWidget;
@@ -76,21 +74,6 @@ void PlanInfoWindow::createPages()
     pages->addWidget(createPage(planPanel::send(), sendTable));
     pages->addWidget(createPage(planPanel::receive(), receiveTable));
     splitter->addWidget(pages);
-    splitter->setStretchFactor(1, 1);
     setCentralWidget(central);
     splitter->setSizes({nodeListWidth, splitter->width() - nodeListWidth});
-}
-
-// Only the first time: afterwards the user decides.
-void PlanInfoWindow::showEvent(QShowEvent* event)
-{
-    QMainWindow::showEvent(event);
-    if (!hasBeenShown)
-        QTimer::singleShot(0, this, &PlanInfoWindow::makeRoomForNames);
-    hasBeenShown = true;
-}
-
-void PlanInfoWindow::makeRoomForNames()
-{
-    splitter->setSizes({namesWidth, splitter->width() - namesWidth});
 }

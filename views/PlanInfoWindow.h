@@ -5,7 +5,6 @@
 class QAction;
 class QComboBox;
 class QListWidget;
-class QSplitter;
 class TimeSlotInfo;
 
 /// What shows the loaded schedule: nodes at the left, grid and cards of the chosen node at the
@@ -26,16 +25,8 @@ public:
     TimeSlotInfo* sendTable = nullptr;
     TimeSlotInfo* receiveTable = nullptr;
 
-protected:
-    void showEvent(QShowEvent* event) override;
-
 private:
-    /// Widens the list of nodes so that names stand beside their icons.
-    void makeRoomForNames();
     void createToolBars();
     QWidget* createPage(const QString& variant, TimeSlotInfo*& table);
     void createPages();
-
-    QSplitter* splitter = nullptr;
-    bool hasBeenShown = false;
 };

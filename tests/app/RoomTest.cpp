@@ -36,7 +36,7 @@ private slots:
         studio.clickToolBar(QStringLiteral(u"流量配置"));
         studio.clickPlanInfo();
         studio.plan("avionics-line");
-        QTRY_VERIFY(studio.nodes()->viewport()->width() >= studio.nodes()->sizeHintForColumn(0));
+        QTRY_VERIFY(studio.nodes()->viewport()->width() >= studio.nodes()->iconSize().width());
         QTRY_VERIFY(firstColumnCutOff(studio.sendTable()) > 3);
         QVERIFY(studio.editor.view()->height() >= 120);
         studio.clickToolBar(QStringLiteral(u"流量配置"));

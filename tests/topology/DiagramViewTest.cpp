@@ -170,6 +170,46 @@ private slots:
         QVERIFY(a->isSelected() && b->isSelected() && !c->isSelected());
     }
 
+    void secondButtonDoesNotLeaveTheRubberBandBehind()
+    {
+        Editor editor;
+        DiagramItem* a = editor.insertNode(DiagramItem::Endpoint, QPointF(150, 200));
+        DiagramItem* b = editor.insertNode(DiagramItem::Endpoint, QPointF(500, 200));
+        QWidget* viewport = editor.view()->viewport();
+        editor.press(QPointF(60, 100));
+        editor.moveTo(QPointF(250, 300));
+        const QPoint corner = editor.view()->mapFromScene(QPointF(250, 300));
+        QTest::mousePress(viewport, Qt::RightButton, Qt::NoModifier, corner);
+        QTest::mouseRelease(viewport, Qt::RightButton, Qt::NoModifier, corner);
+        editor.release(QPointF(250, 300));
+        QVERIFY(editor.view()->rubberBandRect().isNull());
+        editor.press(centerOf(b));
+        editor.moveTo(QPointF(500, 320));
+        editor.release(QPointF(500, 320));
+        QVERIFY(!a->isSelected());
+        QVERIFY(b->isSelected());
+    }
+
+    void selectedLinkShowsItsDashesInItsOwnColour()
+    {
+        Editor editor;
+        DiagramItem* a = editor.insertNode(DiagramItem::Endpoint, QPointF(150, 200));
+        DiagramItem* b = editor.insertNode(DiagramItem::Endpoint, QPointF(500, 200));
+        Arrow* link = editor.drawLink(a, b);
+        editor.scene()->clearSelection();
+        link->setSelected(true);
+        QCoreApplication::processEvents();
+        const QImage image = editor.view()->viewport()->grab().toImage();
+        const int row = editor.view()->mapFromScene(centerOf(a)).y() - 4;
+        int black = 0;
+        for (int x = 250; x < 400; ++x) {
+            const int column = editor.view()->mapFromScene(QPointF(x, 0)).x();
+            for (int y = row - 1; y <= row + 1; ++y)
+                black += image.pixelColor(column, y) == QColor(Qt::black) ? 1 : 0;
+        }
+        QVERIFY(black > 50);
+    }
+
     void lineDrawnOverEmptyCanvasSelectsNothing()
     {
         Editor editor;
@@ -218,6 +258,9 @@ private slots:
         editor.moveTo(QPointF(300, 200));
         QTest::keyClick(editor.view(), Qt::Key_Escape);
         QCOMPARE(editor.scene()->items().size(), 2);
+        const QPointF place = a->pos();
+        editor.moveTo(QPointF(400, 260));
+        QCOMPARE(a->pos(), place);
         editor.release(centerOf(b));
         QVERIFY(editor.links().isEmpty());
         QCOMPARE(TopologyWindowProbe::pointerButtons(editor.window)->checkedId(),

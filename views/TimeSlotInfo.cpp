@@ -11,15 +11,23 @@
 #include <QToolTip>
 
 #include <iterator>
+#include <new>
+#include <utility>
 
 namespace
 {
 
 /// A header's label that is put together when it is read: few of the many columns are ever seen.
+///
+/// Labels come and go by tens of thousands, so they share blocks of memory, which stay for the next
+/// ones.
 class ColumnLabel : public QTableWidgetItem
 {
 public:
     explicit ColumnLabel(int column) : m_column(column) {}
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* label);
 
     QVariant data(int role) const override
     {
@@ -33,6 +41,28 @@ public:
 private:
     int m_column;
 };
+
+/// Memory for labels that are not there now, each with the next one behind it.
+struct FreeLabel {
+    FreeLabel* next;
+};
+FreeLabel* freeLabels = nullptr;
+
+void* ColumnLabel::operator new(std::size_t size)
+{
+    constexpr std::size_t labelsInABlock = 1024;
+    if (!freeLabels) {
+        char* block = static_cast<char*>(::operator new(size* labelsInABlock));
+        for (std::size_t i = labelsInABlock; i > 0; --i)
+            freeLabels = new (block + (i - 1) * size) FreeLabel{freeLabels};
+    }
+    return std::exchange(freeLabels, freeLabels->next);
+}
+
+void ColumnLabel::operator delete(void* label)
+{
+    freeLabels = new (label) FreeLabel{freeLabels};
+}
 
 /// As wide as the label of a slot of four digits needs; half of the usual margins, as columns are
 /// many.
@@ -81,10 +111,12 @@ void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
 void TimeSlotInfo::labelColumns()
 {
     const QSignalBlocker blocker(model());
-    for (int column = 0; column < columnCount(); ++column) {
-        if (!horizontalHeaderItem(column))
-            setHorizontalHeaderItem(column, new ColumnLabel(column));
-    }
+    const int count = columnCount();
+    int column = 0;
+    while (column < count && horizontalHeaderItem(column))
+        ++column;
+    for (; column < count; ++column)
+        setHorizontalHeaderItem(column, new ColumnLabel(column));
 }
 
 void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)

@@ -77,7 +77,7 @@ private slots:
         for (int round = 0; round < rounds; ++round)
             chooseAll();
         const qint64 grown = heapUse() - before;
-        QVERIFY2(grown < rounds * 10000, qPrintable(QString::number(grown)));
+        QVERIFY2(grown < rounds * qint64(10000), qPrintable(QString::number(grown)));
     }
 
     void runNodePortCards()

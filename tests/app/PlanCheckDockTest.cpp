@@ -196,8 +196,9 @@ private slots:
         QCOMPARE(marked->text(), QStringLiteral("S2"));
         QCOMPARE(marked->data(Qt::UserRole).toInt(), 12);
         askForToolTip(*studio.nodes(), studio.nodes()->model()->index(2, 0));
-        QCOMPARE(QToolTip::text(),
-                 QStringLiteral(u"S2\n1 个故障、0 个提示\n故障 端口2 时隙5 时隙冲突 流 10-0, 25-0"));
+        QCOMPARE(
+            QToolTip::text(),
+            QStringLiteral(u"S2\n1 个故障、0 个提示\n故障 端口2 时隙5 时隙冲突 流 10-0, 25-0"));
         QToolTip::hideText();
         QCOMPARE(studio.nodes()->item(0)->toolTip(), studio.nodes()->item(0)->text());
         studio.chooseTable(1);

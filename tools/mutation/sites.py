@@ -80,6 +80,8 @@ class Source:
 
     def add(self, node, kind, before, after=""):
         start, end = node.extent.start.offset, node.extent.end.offset
+        if end <= start or node.extent.start.file is None:
+            return  # nothing that was written
         text = re.sub(r"\s+", " ", self.text(start, end))[:90]
         self.sites.append(Site(self.path, node.extent.start.line, kind, self.function, text, start, end,
                                before, after, self.is_constexpr))

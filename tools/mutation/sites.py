@@ -117,6 +117,8 @@ class Source:
             return
         if node.kind in {CursorKind.ENUM_DECL, CursorKind.STATIC_ASSERT} or is_named_constant(node):
             return
+        if node.kind == CursorKind.CXX_UNARY_EXPR:
+            return  # sizeof
         if node.kind == CursorKind.UNEXPOSED_DECL and self.starts_constexpr(node):
             return  # a variable that is a template
         if node.kind == CursorKind.CASE_STMT:

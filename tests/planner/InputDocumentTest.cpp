@@ -92,6 +92,8 @@ private slots:
         const SwitchInfo& info = context.switches.front();
         QCOMPARE(info.name, QStringLiteral("S1"));
         QCOMPARE(int(info.portnum), 8);
+        QCOMPARE(int(info.MTU), 1500);
+        QCOMPARE(int(info.MAC[5]), 6);
         QCOMPARE(context.links.size(), size_t(4));
         const LinkInfo& reverse = *std::next(context.links.begin());
         QCOMPARE(int(reverse.srcnode), 11);

@@ -1,9 +1,11 @@
+#include "planner/ConflictAnalysis.h"
 #include "planner/DebugDump.h"
 #include "planner/InputDocument.h"
 #include "planner/PreProcess.h"
 #include "planner/passes/BoardIndex.h"
 
 #include "tests/planner/InputText.h"
+#include "tests/planner/Windows.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -18,6 +20,34 @@ static_assert(!std::is_convertible_v<quint32, PortIndex>);
 static_assert(!std::is_convertible_v<Turn, InstanceIndex>);
 static_assert(!std::is_convertible_v<RawWindow, SlotWindow>);
 static_assert(!std::is_convertible_v<SlotWindow, RawWindow>);
+
+static VirtualLinkPath pathOverOneSwitch()
+{
+    VirtualLinkPath path;
+    path.talkerNodeID = 1;
+    path.talkerOutport = 2;
+    path.schedtxwin = window(10, 20);
+    path.bridges.emplace_back();
+    path.bridges.back().nodeID = 11;
+    path.bridges.back().outport = 4;
+    path.bridges.back().schedtxwin = window(11, 21);
+    path.listenerNodeID = 3;
+    path.listenerInport = 1;
+    path.schedrxwin = window(12, 22);
+    return path;
+}
+
+static QStringList linesOfPath()
+{
+    return {QStringLiteral("  talker  : 1 2"),
+            QStringLiteral("    talker schedtxwin: 10 20"),
+            QStringLiteral("  bridge  : 11 4"),
+            QStringLiteral("    bridge schedtxwin: 11 21"),
+            QStringLiteral("  listener: 3 1"),
+            QStringLiteral("    listener schedrxwin: 12 22"),
+            QStringLiteral("    -----------------------"),
+            QString()};
+}
 
 class PlanningModelTest : public QObject
 {
@@ -65,6 +95,51 @@ private slots:
         QCOMPARE(log.lines().first(), QStringLiteral("printVirtualLink-------"));
         QCOMPARE(log.lines().at(1), QStringLiteral("vlid: 7"));
         QCOMPARE(log.lines().last(), QStringLiteral("printVirtualLink end-------"));
+    }
+
+    void dumpNamesEveryRecord()
+    {
+        PlanningContext context;
+        context.switches.push_back({QStringLiteral("S"), 11, {}, 8, 1500, 4});
+        LinkInfo link;
+        link.srcnode = 1;
+        link.srcport = 2;
+        link.dstnode = 11;
+        link.dstport = 3;
+        link.bandwidth = 100;
+        context.links.push_back(link);
+        context.virtualLinks.push_back({7, {pathOverOneSwitch()}});
+        LogCapture log;
+        printTopologyInfo(context);
+        QVERIFY(log.lines().contains(QStringLiteral("switch: \"S\" 11 8 1500 4")));
+        QVERIFY(log.lines().contains(QStringLiteral("link: 1 2 11 3 100")));
+        log.clear();
+        printVirtualLink(context);
+        QCOMPARE(log.lines().mid(2, log.lines().size() - 3), linesOfPath());
+    }
+
+    void dumpOfPortsShowsTheInstancesAtEach()
+    {
+        TTPlanner planner;
+        planner.TTStreamInstanceList.emplace_back();
+        TTStreamInstance& instance = planner.TTStreamInstanceList.back();
+        instance.flowID = 9;
+        instance.seq = 6;
+        instance.paths.push_back(pathOverOneSwitch());
+        const QStringList lines =
+            QStringList{QStringLiteral("print TTStreamInstanceList"), QStringLiteral("  flowID: 9"),
+                        QStringLiteral("  seq: 6")} +
+            linesOfPath();
+        LogCapture log;
+        printTTStreamInstanceList(planner.TTStreamInstanceList);
+        QCOMPARE(log.lines(), lines);
+        planner.nodeList = convertInstancesToNodes(planner.TTStreamInstanceList);
+        log.clear();
+        printNodeList(planner);
+        const QStringList talker{QStringLiteral("nodeID: 1"), QStringLiteral("outport: 2")};
+        const QStringList bridge{QStringLiteral("nodeID: 11"), QStringLiteral("outport: 4")};
+        const QStringList ports = talker + lines + bridge + lines;
+        QCOMPARE(log.lines(), QStringList{QStringLiteral("print nodeList")} + ports);
     }
 
     void dumpOfPortsThatAreNotGroupedYetIsEmpty()

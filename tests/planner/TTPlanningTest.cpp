@@ -95,6 +95,29 @@ private slots:
         QCOMPARE(log.lines().last(), QStringLiteral("cannot find vek_hs.xml"));
     }
 
+    void listenerHearsOfEachPartInItsOrder()
+    {
+        const LogCapture log;
+        PlanningContext context;
+        context.clusterCycle = 10000;
+        context.TTStreamInstanceList = {
+            instance(1, {plainPath()}),
+            instance(2, {path(2, window(3, 9), window(4, 12), window(6, 20))})};
+        writeHsDocument(context);
+        std::vector<StagePart> parts;
+        TTPlanner planner;
+        QCOMPARE(TTPlanning(planner, [&](StagePart part) { parts.push_back(part); }), code::ok);
+        const auto pass = {StagePart::Degrees, StagePart::Resolve, StagePart::Revise,
+                           StagePart::Watch};
+        std::vector<StagePart> expected{StagePart::ReadWindows, StagePart::Group};
+        for (int count = conflictLines(log); count > 0; --count)
+            expected.insert(expected.end(), pass);
+        expected.insert(expected.end(), {StagePart::Degrees, StagePart::Watch, StagePart::GiveBack,
+                                         StagePart::Finalise, StagePart::WriteSchedule});
+        QVERIFY(conflictLines(log) > 0);
+        QVERIFY(parts == expected);
+    }
+
     void documentThatDoesNotParseIsReported()
     {
         const LogCapture log;

@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+#include <tinyxml2.h>
+
 using namespace planner;
 
 static QString inputFile()
@@ -107,6 +109,24 @@ private slots:
         QCOMPARE(int(path.bridges.front().buffernum), 4);
         QCOMPARE(int(path.listenerInport), 1);
         QCOMPARE(int(path.listenerBuffernum), 4);
+    }
+
+    void partsOfTheDocumentAnswerWithCodesOfTheirOwn()
+    {
+        const LogCapture log;
+        InputText input = twoFlows();
+        tinyxml2::XMLDocument document;
+        const QByteArray text = input.document();
+        QCOMPARE(document.Parse(text.constData()), tinyxml2::XML_SUCCESS);
+        const tinyxml2::XMLElement* root = document.RootElement();
+        PlanningContext context;
+        QCOMPARE(readTopology(context, root->FirstChildElement("topology")), code::ok);
+        QCOMPARE(readVirtualLinks(context, root->FirstChildElement("virtuallinks")), code::ok);
+        QCOMPARE(readFlows(context, root->FirstChildElement("flows")), code::ok);
+        QCOMPARE(context.flows.size(), size_t(2));
+        for (VirtualLink& virtualLink : context.virtualLinks)
+            virtualLink.paths.front().talkerNodeID = 99;
+        QCOMPARE(readFlows(context, root->FirstChildElement("flows")), code::unreadable);
     }
 
     void flowOfAnotherTypeIsSkipped_data()

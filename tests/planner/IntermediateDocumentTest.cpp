@@ -188,6 +188,50 @@ private slots:
         QVERIFY(accepted < 115);
     }
 
+    // Each gives two documents in one piece, or something beside the flows, where it stands alone.
+    void pieceThatHoldsMoreThanItsFlowsIsReadWithTheWhole()
+    {
+        const QByteArray written = longDocument();
+        const QByteArray end = "        </flow>\n    </flows>\n</vek_hs>\n";
+        const QByteArray begin = "<vek_hs>\n    <flows>\n        <flow>\n";
+        const QByteArray lineEnd = "</Instance>\n";
+        const int place = written.indexOf(lineEnd, written.size() / 2) + lineEnd.size();
+        const std::vector<QByteArray> insertions{
+            "<other/>\n",
+            "        </flow>\n    </flows>\n<other/><flows>\n        <flow>\n",
+            end.simplified() + "<other/>" + begin,
+            end.simplified() + begin,
+            end + begin,
+            "        </flow>\n    </flows>\n    <flows>\n        <flow>\n"};
+        for (const QByteArray& insertion : insertions) {
+            const QByteArray odd = QByteArray(written).insert(place, insertion);
+            QCOMPARE(readingOf(odd), readingOf(' ' + odd));
+            const QByteArray oddAtTheEnd =
+                QByteArray(written).replace(end, insertion + QByteArray(end)); // in the last piece
+            QCOMPARE(readingOf(oddAtTheEnd), readingOf(' ' + oddAtTheEnd));
+            const QByteArray oddBehind = written + insertion;
+            QCOMPARE(readingOf(oddBehind), readingOf(' ' + oddBehind));
+        }
+    }
+
+    void emptyTextIsReportedWithItsLine_data()
+    {
+        QTest::addColumn<QByteArray>("empty");
+        QTest::newRow("nothing") << QByteArray("<seq></seq>");
+        QTest::newRow("empty section") << QByteArray("<seq><![CDATA[]]></seq>");
+    }
+
+    void emptyTextIsReportedWithItsLine()
+    {
+        QFETCH(QByteArray, empty);
+        const LogCapture log;
+        writeFile(hsFile(), '\n' + document().replace("<seq>7</seq>", empty));
+        TTPlanner planner;
+        QCOMPARE(readIntermediateDocument(planner), code::unreadable);
+        QCOMPARE(log.lines().filter(QStringLiteral("element \"seq\" of line 2 is empty")).size(),
+                 1);
+    }
+
     void folderWithoutDocumentGivesNothing()
     {
         const LogCapture log;

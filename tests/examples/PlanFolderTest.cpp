@@ -67,6 +67,38 @@ private slots:
         QCOMPARE(QDir::currentPath(), before);
     }
 
+    void everyOutcomeHasItsWords_data()
+    {
+        QTest::addColumn<int>("step");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("words");
+        const auto add = [](PlanStep step, int code, const char* words) {
+            QTest::addRow("step %d, code %d", int(step), code)
+                << int(step) << code << QString::fromLatin1(words);
+        };
+        using namespace planner;
+        for (const PlanStep step :
+             {PlanStep::Folder, PlanStep::PreProcess, PlanStep::TTPlanning, PlanStep::Saving})
+            add(step, code::ok, "");
+        add(PlanStep::Folder, code::folderMissing, "the folder cannot be entered");
+        add(PlanStep::PreProcess, code::folderMissing, "there is no folder ResourceXML");
+        add(PlanStep::PreProcess, code::refused, "the windows of a flow leave it no slot");
+        add(PlanStep::PreProcess, code::unreadable, "the input document cannot be read");
+        add(PlanStep::TTPlanning, code::folderMissing, "there is no folder OutputXML");
+        add(PlanStep::TTPlanning, code::refused, "a conflict cannot be resolved");
+        add(PlanStep::TTPlanning, code::unreadable, "the windows cannot be read back");
+        add(PlanStep::Saving, code::unreadable, "the documents in OutputXML cannot be written");
+    }
+
+    void everyOutcomeHasItsWords()
+    {
+        QFETCH(int, step);
+        QFETCH(int, code);
+        QFETCH(QString, words);
+        QCOMPARE(planner::describe({static_cast<PlanStep>(step), code}), words);
+        QVERIFY(PlanResult().ok());
+    }
+
     void refusalTellsStepAndCode_data()
     {
         QTest::addColumn<QByteArray>("document");

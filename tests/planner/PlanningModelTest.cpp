@@ -1,6 +1,7 @@
 #include "planner/ConflictAnalysis.h"
 #include "planner/DebugDump.h"
 #include "planner/InputDocument.h"
+#include "planner/IntermediateDocument.h"
 #include "planner/PreProcess.h"
 #include "planner/passes/BoardIndex.h"
 
@@ -78,6 +79,83 @@ private slots:
         QCOMPARE(path.talkerNodeID, quint16(0xFFFF));
         QCOMPARE(path.bridges.front().nodeID, quint16(0xFFFF));
         QCOMPARE(path.listenerNodeID, quint16(0xFFFF));
+    }
+
+    void freshRecordsHoldZeros()
+    {
+        const SlotWindow none{0, 0};
+        const BridgeHop hop;
+        QCOMPARE(int(hop.nodeID + hop.inport + hop.outport + hop.buffernum), 0);
+        QCOMPARE(hop.rxslotID + hop.txslotID, 0U);
+        QCOMPARE(hop.schedtxwin, none);
+        const VirtualLinkPath path;
+        QCOMPARE(path.talkerNodeID + path.talkerOutport + path.talkerBuffernum, 0);
+        QCOMPARE(path.listenerNodeID + path.listenerInport + path.listenerBuffernum, 0);
+        QCOMPARE(path.txslotID + path.rxslotID, 0U);
+        QCOMPARE(path.schedtxwin, none);
+        QCOMPARE(path.schedrxwin, none);
+        const LinkInfo link;
+        QCOMPARE(link.srcnode + link.dstnode + link.srcport + link.dstport + link.bandwidth, 0);
+        const TTFlow flow;
+        QCOMPARE(flow.flowID + flow.vlid + flow.size, 0);
+        QCOMPARE(flow.period, 0U);
+        const TTStreamInstance instance;
+        QCOMPARE(instance.flowID + instance.vlid + instance.size + instance.seq, 0);
+        QCOMPARE(instance.period, 0U);
+        QCOMPARE(int(VirtualLink().vlid), 0);
+        QCOMPARE(int(Node().nodeID), 0);
+        const NodeOutport port;
+        QCOMPARE(int(port.outport), 0);
+        QCOMPARE(port.degree, 0U);
+    }
+
+    void freshNodesHoldZeros()
+    {
+        const std::array<quint8, 6> noAddress{};
+        const HostInfo host;
+        QCOMPARE(host.nodeID + host.MTU + host.buffernum, 0);
+        QCOMPARE(host.MAC, noAddress);
+        const SwitchInfo info;
+        QCOMPARE(info.nodeID + info.portnum + info.MTU + info.buffernum, 0);
+        QCOMPARE(info.MAC, noAddress);
+    }
+
+    void resetLeavesNothingOfTheRunBefore()
+    {
+        PlanningContext context;
+        QCOMPARE(context.clusterCycle + context.switchBufferNum, quint64(0));
+        context.switchBufferNum = 4;
+        context.clusterCycle = 1000;
+        context.hosts.emplace_back();
+        context.switches.emplace_back();
+        context.links.emplace_back();
+        context.virtualLinks.emplace_back();
+        context.flows.emplace_back();
+        context.TTStreamInstanceList.emplace_back();
+        context.reset();
+        QCOMPARE(context.clusterCycle + context.switchBufferNum, quint64(0));
+        QVERIFY(context.hosts.empty() && context.switches.empty() && context.links.empty());
+        QVERIFY(context.virtualLinks.empty() && context.flows.empty());
+        QVERIFY(context.TTStreamInstanceList.empty());
+    }
+
+    void plannerTakesOverNothingOfTheRunBefore()
+    {
+        PlanningContext context;
+        context.clusterCycle = 1000;
+        TTPlanner planner;
+        QCOMPARE(planner.slotLen + planner.schedCycle + planner.hopBufferNum, 0U);
+        QCOMPARE(planner.maxRxSlot, 0);
+        planner.maxRxSlot = 99;
+        planner.hopBufferNum = 9;
+        planner.nodeList.emplace_back();
+        planner.TTStreamInstanceList.emplace_back();
+        takeInstances(planner, context);
+        QCOMPARE(planner.maxRxSlot, 0);
+        QCOMPARE(int(planner.hopBufferNum), 0);
+        QVERIFY(planner.nodeList.empty() && planner.TTStreamInstanceList.empty());
+        QCOMPARE(planner.schedCycle, 1000U);
+        QCOMPARE(planner.slotLen, 200U);
     }
 
     void dumpsStandBetweenTheirBanners()

@@ -5,7 +5,7 @@ import shlex
 from dataclasses import dataclass
 from pathlib import Path
 
-from clang.cindex import Config, CursorKind, Index, TranslationUnit, TypeKind
+from clang.cindex import Config, CursorKind, Index, StorageClass, TranslationUnit, TypeKind
 
 if not Config.loaded:
     libraries = sorted(Path("/usr/lib").glob("llvm-*/lib/libclang*.so*"))
@@ -125,7 +125,11 @@ class Source:
             self.walk_case(node)
             return
         self.add_sites_of(node)
+        outer = self.is_constexpr
+        if node.kind == CursorKind.VAR_DECL and node.storage_class == StorageClass.STATIC:
+            self.is_constexpr = True  # its first value may stand in the program as it is
         self.walk_children(node)
+        self.is_constexpr = outer
 
     def walk_function(self, node):
         outer = self.function, self.is_constexpr

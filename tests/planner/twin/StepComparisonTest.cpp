@@ -305,7 +305,10 @@ private:
         QStringList layout;
         for (const planner::Node& node : nodes) {
             for (const planner::NodeOutport& port : node.outports) {
-                layout.append(QStringLiteral(u"%1.%2").arg(node.nodeID).arg(port.outport));
+                layout.append(QStringLiteral(u"%1.%2 degree %3")
+                                  .arg(node.nodeID)
+                                  .arg(port.outport)
+                                  .arg(port.degree));
                 for (const planner::InstanceCopy& copy : port.instances)
                     layout.append(QStringLiteral(u" %1/%2 %3")
                                       .arg(copy->flowID)

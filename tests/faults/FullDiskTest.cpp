@@ -1,4 +1,6 @@
 #include "planner/Planning.h"
+#include "planner/PreProcess.h"
+#include "planner/TTPlanning.h"
 #include "project/DocumentExchange.h"
 #include "project/ProjectFile.h"
 
@@ -144,6 +146,42 @@ private slots:
             }
             QCOMPARE(readFile(inputPath), smallNetwork());
         }
+    }
+
+    // The windows fit and the schedule, which is smaller, does not: the disk filled up meanwhile.
+    void scheduleThatIsCutIsNoSuccess()
+    {
+        static constexpr rlim_t room = 100;
+        FaultStudio studio;
+        const QString before = studio.shown();
+        studio.probe.replaceSecondStage([](planner::TTPlanner& planner) {
+            const FullDisk disk(room);
+            return planner::TTPlanning(planner);
+        });
+        const QString given = exampleDocument(QStringLiteral("ring"));
+        const Seen seen = studio.planDocument(given);
+        QVERIFY(isToldFailure(seen.boxes));
+        QCOMPARE(seen.schedule, before);
+        QVERIFY(QFile::exists(hsPath));
+        QVERIFY(!QFile::exists(outputPath));
+    }
+
+    void stageReturnsWhatItReturnsForAnyTargetAndSaysThatItIsCut()
+    {
+        writeFile(inputPath, smallNetwork());
+        const LogCapture log;
+        planner::PlanningContext context;
+        planner::TTPlanner planner;
+        QCOMPARE(planner::preProcess(context), planner::code::ok);
+        QVERIFY(!context.isCut);
+        QCOMPARE(planner::TTPlanning(planner), planner::code::ok);
+        QVERIFY(!planner.isCut);
+        const FullDisk disk(readFile(outputPath).size() - 1);
+        QCOMPARE(planner::TTPlanning(planner), planner::code::ok);
+        QVERIFY(planner.isCut);
+        QVERIFY(!QFile::exists(outputPath));
+        QCOMPARE(planner::preProcess(context), planner::code::ok);
+        QVERIFY(context.isCut);
     }
 
     // The same on a disk of its own that really has no room, for documents and their folders alike.

@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QMap>
 
+#include <functional>
 #include <memory>
 
 namespace planner
@@ -158,7 +159,11 @@ private:
     void showPaths(int row);
     void showStatus(const QString& text);
     void showProject(const Project& project);
-    int runStages();
+    void planHere(const std::function<void()>& provideInput);
+    int refuseRun();
+    int runInHeldFolder(bool hasInput);
+    int runStages(bool hasInput);
+    int runSecondStage();
     void loadSchedule();
     void checkPlan();
     void markCheckedNodes(QListWidget* nodes);

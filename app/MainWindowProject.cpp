@@ -2,6 +2,7 @@
 
 #include "app/ImportVekForm.h"
 #include "app/OutportVekForm.h"
+#include "planner/FolderHold.h"
 #include "project/DocumentExchange.h"
 #include "project/InputDocumentWriter.h"
 #include "project/ProjectFile.h"
@@ -86,8 +87,11 @@ void MainWindow::showOutportForm()
 
 void MainWindow::importVekFile(QString vekInputFilePath, QString vekOutputFilePath)
 {
-    // A run that lets events through must find its own documents again.
-    if (runInProgress || !importDocuments(vekInputFilePath, vekOutputFilePath))
+    // A run that lets events through must find its own documents again, in whatever process.
+    if (runInProgress)
+        return;
+    const planner::FolderHold hold;
+    if (!hold.isHeld() || !importDocuments(vekInputFilePath, vekOutputFilePath))
         return;
     loadSchedule();
     if (!planInfoDock)
@@ -96,7 +100,14 @@ void MainWindow::importVekFile(QString vekInputFilePath, QString vekOutputFilePa
 
 void MainWindow::outportVekFile(QString dirPath)
 {
-    exportDocuments(dirPath);
+    if (runInProgress) {
+        exportDocuments(dirPath);
+        return;
+    }
+    // While another process plans here, half of a document would be exported, and stay.
+    const planner::FolderHold hold;
+    if (hold.isHeld())
+        exportDocuments(dirPath);
 }
 
 // ---- The input document of the drawn model

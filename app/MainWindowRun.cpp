@@ -2,11 +2,13 @@
 
 #include "app/FlowScheduleForm.h"
 #include "app/RunMessages.h"
+#include "planner/FolderHold.h"
 #include "planner/TTPlanner.h"
 #include "project/DocumentFolder.h"
 #include "widgets/SingleDialog.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -43,13 +45,25 @@ void MainWindow::delFlowScheduleWindow()
     forgetDialog(flowScheduleForm);
 }
 
+// Another studio in the same folder would plan this one's document, and this one would show its
+// schedule: the folder is kept from the first document to the last.
+void MainWindow::planHere(const std::function<void()>& provideInput)
+{
+    const planner::FolderHold hold;
+    if (!hold.isHeld()) {
+        refuseRun();
+        return;
+    }
+    provideInput();
+    const bool hasInput = !documentPaths({inputFolder(), QStringLiteral("vek_input")}).isEmpty();
+    if (runInHeldFolder(hasInput) == 0)
+        loadSchedule();
+}
+
 void MainWindow::Rotunda()
 {
-    if (runInProgress)
-        return;
-    generate_vek_input();
-    if (callAlgorithm() == 0)
-        loadSchedule();
+    if (!runInProgress)
+        planHere([this] { generate_vek_input(); });
 }
 
 void MainWindow::planByUserInput()
@@ -62,11 +76,11 @@ void MainWindow::planByUserInput()
         this, QStringLiteral(u"导入xml"), QString(), QStringLiteral("vek_input(vek_input.xml)"));
     if (selected.isEmpty())
         return;
-    // The document itself, and a file that went meanwhile, leave it as it is.
-    if (selected != target && QFile::exists(selected))
-        replaceDocument(target, selected);
-    if (callAlgorithm() == 0)
-        loadSchedule();
+    planHere([&] {
+        // The document itself, and a file that went meanwhile, leave it as it is.
+        if (selected != target && QFile::exists(selected))
+            replaceDocument(target, selected);
+    });
 }
 
 void MainWindow::loadSchedule()
@@ -87,8 +101,23 @@ int MainWindow::callAlgorithm()
 {
     if (runInProgress)
         return -1;
+    const planner::FolderHold hold;
+    return hold.isHeld() ? runInHeldFolder(true) : refuseRun();
+}
+
+// What the user reads when the input document does not get to its place.
+int MainWindow::refuseRun()
+{
+    qDebug() << "run: the folder cannot be planned in, or another process plans in it";
+    const StageOutcome refused = outcomeOfPreProcess(planner::code::folderMissing);
+    showBox(refused);
+    return refused.result;
+}
+
+int MainWindow::runInHeldFolder(bool hasInput)
+{
     runInProgress = true;
-    const int result = runStages();
+    const int result = runStages(hasInput);
     runInProgress = false;
     // Queued, so that the caller still loads the schedule and closes its dialog.
     if (closeAfterRun)
@@ -97,24 +126,39 @@ int MainWindow::callAlgorithm()
     return result;
 }
 
-int MainWindow::runStages()
+// The first stage plans an empty network, with success, where there is no document. That is not
+// what the user asked for whose document could not be brought there.
+int MainWindow::runStages(bool hasInput)
 {
     delHsXml();
     delOutputXml();
     showStatus(QStringLiteral(u"调度算法预处理中..."));
     planner::PlanningContext context;
-    const StageOutcome prepared = outcomeOfPreProcess(firstStage(context));
+    const StageOutcome prepared =
+        outcomeOfPreProcess(hasInput ? firstStage(context) : qint32(planner::code::folderMissing));
     showStatus(QStringLiteral(u"调度算法预处理完毕"));
     if (prepared.box != StageOutcome::None) {
         showBox(prepared);
         return prepared.result;
     }
     showStatus(QStringLiteral(u"调度算法规划中..."));
-    planner::TTPlanner planner;
-    const StageOutcome planned = outcomeOfPlanning(secondStage(planner));
+    const StageOutcome planned =
+        outcomeOfPlanning(context.isCut ? qint32(planner::code::unreadable) : runSecondStage());
     showStatus(QStringLiteral(u"调度算法规划完毕"));
     showBox(planned);
     return planned.result;
+}
+
+// Success would show another run's schedule where a document of an earlier one can be neither
+// removed nor written, and none where the disk filled up.
+int MainWindow::runSecondStage()
+{
+    if (isStuckOutput(QStringLiteral("vek_hs.xml")))
+        return planner::code::unreadable;
+    planner::TTPlanner planner;
+    const qint32 result = secondStage(planner);
+    const bool isLost = planner.isCut || isStuckOutput(QStringLiteral("vek_output.xml"));
+    return result == planner::code::ok && isLost ? qint32(planner::code::unreadable) : result;
 }
 
 void MainWindow::delHsXml()

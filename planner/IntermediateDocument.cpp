@@ -68,6 +68,16 @@ void writeInstance(DocumentWriter& writer, const TTStreamInstance& instance)
     }
 }
 
+void writeWindows(DocumentWriter& writer, const PlanningContext& context)
+{
+    const Element root(writer, "vek_hs");
+    writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_hs");
+    writer.leaf("slotLen", slotLength_us);
+    writer.leaf("schedCycle", context.clusterCycle);
+    writeFlows(writer, context.TTStreamInstanceList,
+               [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+}
+
 /// The text of a child, which must be there and must not be empty.
 const char* requiredText(const XMLElement* parent, const char* name)
 {
@@ -286,13 +296,16 @@ qint32 readIntermediateFile(TTPlanner& planner, const QString& path)
 
 void writeHsDocument(const PlanningContext& context)
 {
+    saveHsDocument(context);
+}
+
+// What a full disk leaves of it stays: the second stage refuses it, and would plan nothing, with
+// success, where it finds none.
+bool saveHsDocument(const PlanningContext& context)
+{
     DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_hs.xml"));
-    const Element root(writer, "vek_hs");
-    writer.attribute("xmlns", "urn:ietf:params:xml:ns:yang:vek_hs");
-    writer.leaf("slotLen", slotLength_us);
-    writer.leaf("schedCycle", context.clusterCycle);
-    writeFlows(writer, context.TTStreamInstanceList,
-               [&writer](const TTStreamInstance& instance) { writeInstance(writer, instance); });
+    writeWindows(writer, context);
+    return writer.finish();
 }
 
 void takeInstances(TTPlanner& planner, const PlanningContext& context)

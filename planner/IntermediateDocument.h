@@ -12,6 +12,9 @@ namespace planner
 /// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
 void writeHsDocument(const PlanningContext& context);
 
+/// The same; false when the disk had no room for the whole document. What it took stays.
+bool saveHsDocument(const PlanningContext& context);
+
 /// Gives the planner what reading the document of this context would give it, without a document.
 ///
 /// Slot numbers and what the second stage does not know of a hop are left as they are.

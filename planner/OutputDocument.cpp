@@ -2,6 +2,9 @@
 
 #include "planner/documents/DocumentWriter.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <set>
 #include <tuple>
 #include <utility>
@@ -89,8 +92,22 @@ void writeSchedule(DocumentWriter& writer, const TTPlanner& planner)
 
 void writeOutputDocument(const TTPlanner& planner)
 {
-    DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("vek_output.xml"));
+    saveOutputDocument(planner);
+}
+
+bool saveOutputDocument(const TTPlanner& planner)
+{
+    const auto folder = QStringLiteral("OutputXML");
+    const auto fileName = QStringLiteral("vek_output.xml");
+    DocumentWriter writer(folder, fileName);
     writeSchedule(writer, planner);
+    if (writer.finish())
+        return true;
+    // A device or a file that a link leads to is not ours to remove.
+    const QFileInfo file(folder + QLatin1Char('/') + fileName);
+    if (file.isFile() && !file.isSymLink())
+        QFile::remove(file.filePath());
+    return false;
 }
 
 QByteArray outputDocument(const TTPlanner& planner)

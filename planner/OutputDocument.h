@@ -13,6 +13,9 @@ namespace planner
 /// Leading instances with flowID 0 are not written. A file that cannot be saved goes unnoticed.
 void writeOutputDocument(const TTPlanner& planner);
 
+/// The same; false when the disk had no room for the whole document. What it took is removed then.
+bool saveOutputDocument(const TTPlanner& planner);
+
 /// The bytes of the same document.
 QByteArray outputDocument(const TTPlanner& planner);
 

@@ -1,10 +1,16 @@
 #include "planner/Planning.h"
 
+#include "planner/FolderHold.h"
+#include "planner/PlanningLog.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace planner
 {
@@ -13,30 +19,39 @@ static const auto intermediatePath = QStringLiteral("OutputXML/vek_hs.xml");
 static const auto outputPath = QStringLiteral("OutputXML/vek_output.xml");
 
 /// The current directory is another one for as long as it lives.
+///
+/// The earlier one is kept open: its path may not lead back to it.
 class CurrentFolder
 {
 public:
     explicit CurrentFolder(const QString& folder)
-        : m_previous(QDir::currentPath()),
+        : m_previous(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)),
           m_entered(QDir::setCurrent(folder))
     {
     }
-    ~CurrentFolder() { QDir::setCurrent(m_previous); }
+    ~CurrentFolder()
+    {
+        if (m_entered && fchdir(m_previous) != 0)
+            qCWarning(planningLog) << "planning: the current directory stays another one";
+        close(m_previous);
+    }
     CurrentFolder(const CurrentFolder&) = delete;
     CurrentFolder& operator=(const CurrentFolder&) = delete;
 
     bool entered() const { return m_entered; }
 
 private:
-    QString m_previous;
+    int m_previous;
     bool m_entered;
 };
 
-/// Whether no document of an earlier plan is left that could be taken for one of this plan.
+/// Whether no document of an earlier plan is left that could be taken for one of this plan, and no
+/// link through which this one would be written elsewhere.
 static bool removeEarlierPlan()
 {
     for (const QString& path : {intermediatePath, outputPath}) {
-        if (QFile::exists(path) && !QFile::remove(path))
+        const QFileInfo file(path);
+        if ((file.exists() || file.isSymLink()) && !QFile::remove(path))
             return false;
     }
     return true;
@@ -53,13 +68,16 @@ PlanResult planFolder(const QString& folder)
     const CurrentFolder current(folder);
     if (!current.entered())
         return {PlanStep::Folder, code::folderMissing};
-    if (!removeEarlierPlan())
+    const FolderHold hold;
+    if (!hold.isHeld() || !removeEarlierPlan())
         return {PlanStep::Saving, code::unreadable};
     {
         PlanningContext context;
         const qint32 prepared = preProcess(context);
         if (prepared != code::ok)
             return {PlanStep::PreProcess, prepared};
+        if (context.isCut)
+            return {PlanStep::Saving, code::unreadable};
     }
     // Without its document the second stage would make an empty schedule.
     if (const PlanResult saved = savedAs(intermediatePath); !saved.ok())
@@ -68,6 +86,8 @@ PlanResult planFolder(const QString& folder)
     const qint32 planned = TTPlanning(planner);
     if (planned != code::ok)
         return {PlanStep::TTPlanning, planned};
+    if (planner.isCut)
+        return {PlanStep::Saving, code::unreadable};
     return savedAs(outputPath);
 }
 

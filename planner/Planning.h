@@ -28,16 +28,18 @@ struct PlanResult {
 /// Both documents of an earlier plan are removed first, so that what is there afterwards is this
 /// plan's. The same input document gives the same bytes on every machine.
 ///
+/// Another process that plans in the same folder is waited for, two seconds at most.
+///
 /// One plan, one process: the engine works in the process's current directory, which is the folder
 /// for the time of the call and afterwards what it was. Nothing else in the process may run that
 /// takes relative paths meanwhile, least of all a second plan in another thread. To plan many
 /// folders side by side, start as many processes.
 ///
 /// Codes by step: Folder code::folderMissing; PreProcess and TTPlanning those of preProcess() and
-/// TTPlanning(); Saving code::unreadable, when a document cannot be written or an earlier one
-/// not be removed. A folder ResourceXML without an input document gives an empty schedule. Lines
-/// about what was refused go to the default logging category ("default.debug=false" keeps them
-/// quiet).
+/// TTPlanning(); Saving code::unreadable, when a document cannot be written, an earlier one not be
+/// removed, or another process goes on planning in the folder. A folder ResourceXML without an
+/// input document gives an empty schedule. Lines about what was refused go to the default logging
+/// category ("default.debug=false" keeps them quiet).
 PlanResult planFolder(const QString& folder);
 
 /// What a code means, in English, such as "a time window leaves no slot"; empty for code::ok.

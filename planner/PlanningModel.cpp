@@ -23,6 +23,7 @@ void PlanningContext::reset()
     virtualLinks.clear();
     flows.clear();
     TTStreamInstanceList.clear();
+    isCut = false;
 }
 
 quint32 PlanningContext::nodeIdOfName(const QString& name) const

@@ -139,6 +139,7 @@ struct PlanningContext {
     std::list<VirtualLink> virtualLinks;
     std::list<TTFlow> flows;                          ///< flows of type TT only
     std::list<TTStreamInstance> TTStreamInstanceList; ///< flow by flow, by seq within a flow
+    bool isCut = false; ///< the disk had no room for the whole of vek_hs.xml
 
     /// Returns to the empty state in which a run begins.
     void reset();

@@ -197,7 +197,7 @@ qint32 preProcess(PlanningContext& context, const StageListener& listener)
     tell(listener, StagePart::Expand);
     printTTStreamInstanceList(context.TTStreamInstanceList);
     tell(listener, StagePart::LogInstances);
-    writeHsDocument(context);
+    context.isCut = !saveHsDocument(context);
     tell(listener, StagePart::WriteWindows);
     return code::ok;
 }

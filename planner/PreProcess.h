@@ -15,9 +15,10 @@ constexpr quint64 maxInstances = maxHops / 3;
 
 /// Runs the whole first stage in the current directory.
 ///
-/// Returns code::ok after OutputXML/vek_hs.xml was written (or could not be saved),
-/// code::folderMissing, code::refused for an unreasonable time window, or code::unreadable for a
-/// document that readInputDocument() cannot read or whose cycle would hold more hops than maxHops.
+/// Returns code::ok after OutputXML/vek_hs.xml was written (or could not be saved; isCut says
+/// whether the disk was full), code::folderMissing, code::refused for an unreasonable time window,
+/// or code::unreadable for a document that readInputDocument() cannot read or whose cycle would
+/// hold more hops than maxHops.
 qint32 preProcess(PlanningContext& context);
 
 /// The same, with the ends of its parts told to a listener.

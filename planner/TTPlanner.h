@@ -16,6 +16,7 @@ struct TTPlanner {
     qint32 maxRxSlot = 0;                             ///< largest end of a receive window read
     quint32 schedCycle = 0;                           ///< microseconds
     quint32 slotLen = 0;                              ///< microseconds
+    bool isCut = false; ///< the disk had no room for the whole of vek_output.xml
 
     /// Returns to the empty state in which a run begins.
     void reset();

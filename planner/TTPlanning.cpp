@@ -83,7 +83,7 @@ qint32 TTPlanning(TTPlanner& planner, const StageListener& listener)
     const qint32 planResult = planInstances(planner, listener);
     if (planResult != code::ok)
         return planResult;
-    writeOutputDocument(planner);
+    planner.isCut = !saveOutputDocument(planner);
     tell(listener, StagePart::WriteSchedule);
     qCDebug(planningLog) << "TTPlanning end----------";
     return code::ok;

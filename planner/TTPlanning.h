@@ -10,9 +10,10 @@ namespace planner
 
 /// Runs the whole second stage in the current directory.
 ///
-/// Returns code::ok after OutputXML/vek_output.xml was written (or could not be saved),
-/// code::unreadable or code::folderMissing for the intermediate document, code::refused when a
-/// conflict could not be resolved; no document is written then.
+/// Returns code::ok after OutputXML/vek_output.xml was written (or could not be saved; the
+/// planner's isCut says whether the disk was full), code::unreadable or code::folderMissing for the
+/// intermediate document, code::refused when a conflict could not be resolved; no document is
+/// written then.
 qint32 TTPlanning(TTPlanner& planner);
 
 /// The same, with the ends of its parts told to a listener.

@@ -56,7 +56,7 @@ void replaceDocument(const QString& document, const QString& file)
 
 void ensureDocumentFolder(const QString& folder)
 {
-    const QDir current(QDir::currentPath());
+    const QDir current; // not by its path, which leads elsewhere where it has a name of odd bytes
     if (!current.exists(folder))
         current.mkpath(folder);
 }
@@ -64,8 +64,20 @@ void ensureDocumentFolder(const QString& folder)
 void removeOutput(const QString& fileName)
 {
     QDir folder(QDir::currentPath());
-    if (folder.cd(outputFolder()) && folder.exists(fileName))
+    if (!folder.cd(outputFolder()))
+        return;
+    const QFileInfo file(folder.filePath(fileName));
+    if (file.exists() ||
+        file.isSymLink()) // the next run would write through one that leads nowhere
         folder.remove(fileName);
+}
+
+// Asked by opening it, which changes nothing: what permissions say is for another user at times.
+bool isStuckOutput(const QString& fileName)
+{
+    const QString path = pathInFolder(outputFolder(), fileName);
+    QFile file(path);
+    return QFileInfo(path).isFile() && !file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly);
 }
 
 // Loads one document; false when it does not load.

@@ -42,6 +42,10 @@ void ensureDocumentFolder(const QString& folder);
 /// Removes a file of the folder outputFolder(); nothing happens when there is none.
 void removeOutput(const QString& fileName);
 
+/// Whether a file of the folder outputFolder() is there for good: a plain one that cannot be
+/// written.
+bool isStuckOutput(const QString& fileName);
+
 /// Absolute paths of the documents of the place, by name; none when the folder is missing.
 QStringList documentPaths(const DocumentPlace& place);
 

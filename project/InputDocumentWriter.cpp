@@ -4,6 +4,9 @@
 #include "topology/Arrow.h"
 #include "topology/DiagramItem.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <tinyxml2.h>
 
 using tinyxml2::XMLDocument;
@@ -109,8 +112,18 @@ void appendFlow(XMLDocument& doc, XMLElement* flows, const FlowInfo& flow)
     }
 }
 
+// What is written through a link ends in a file of the user's, and a pipe would be waited for.
+static void removeUnlessOwn(const QString& path)
+{
+    const QFileInfo file(path);
+    if (file.isSymLink() || (file.exists() && !file.isFile() && !file.isDir()))
+        QFile::remove(path);
+}
+
 void saveInputDocument(XMLDocument& doc)
 {
     ensureDocumentFolder(inputFolder());
-    doc.SaveFile(inputDocumentPath().toUtf8().constData());
+    const QString path = inputFolder() + QStringLiteral("/vek_input.xml");
+    removeUnlessOwn(path);
+    doc.SaveFile(QFile::encodeName(path).constData());
 }

@@ -37,5 +37,6 @@ void appendFlow(tinyxml2::XMLDocument& doc, tinyxml2::XMLElement* flows, const F
 
 /// Saves to ResourceXML/vek_input.xml under the current directory, making the folder.
 ///
-/// An earlier file is replaced. A file that cannot be saved goes unnoticed.
+/// An earlier file is replaced, and so is a link, a pipe or a device of that name. A file that
+/// cannot be saved goes unnoticed.
 void saveInputDocument(tinyxml2::XMLDocument& doc);

@@ -1,7 +1,11 @@
 #include "planner/documents/DocumentWriter.h"
 
 #include <QDir>
+#include <QFile>
 
+#include <fcntl.h>
+
+#include <cerrno>
 #include <optional>
 
 namespace planner
@@ -9,19 +13,30 @@ namespace planner
 
 static constexpr int pieceSize_bytes = 1 << 16;
 
+// The paths are relative: one that names the current directory can lead elsewhere when that was
+// moved, removed or has a name of odd bytes. A pipe is not waited for.
 static std::FILE* openForWriting(const QString& folder, const QString& fileName)
 {
-    const QDir current(QDir::currentPath());
+    const QDir current;
     if (!current.exists(folder))
         current.mkpath(folder);
-    const QString path = current.absolutePath() + QLatin1Char('/') + folder + QLatin1Char('/');
-    return std::fopen((path + fileName).toUtf8().constData(), "w");
+    const QByteArray path = QFile::encodeName(folder + QLatin1Char('/') + fileName);
+    constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
+    const int file = open(path.constData(), flags, 0666);
+    return file < 0 ? nullptr : fdopen(file, "w");
+}
+
+// A target that may not be written to is one thing, a disk that has no room for it another.
+static bool diskIsFull()
+{
+    return errno == ENOSPC || errno == EDQUOT || errno == EIO;
 }
 
 DocumentWriter::DocumentWriter(const QString& folder, const QString& fileName)
     : m_inMemory(false),
       m_file(openForWriting(folder, fileName))
 {
+    m_isWhole = m_file || !diskIsFull();
 }
 
 DocumentWriter::DocumentWriter() : m_inMemory(true) {}
@@ -56,10 +71,19 @@ void DocumentWriter::writeFullPiece()
 // The printer's buffer ends with a zero, and goes on as inside the document.
 void DocumentWriter::writePiece()
 {
-    if (m_file)
-        std::fwrite(m_printer.CStr(), 1, static_cast<size_t>(m_printer.CStrSize()) - 1,
-                    m_file.get());
+    const auto size = static_cast<size_t>(m_printer.CStrSize()) - 1;
+    if (m_file && std::fwrite(m_printer.CStr(), 1, size, m_file.get()) != size)
+        m_isWhole = false;
     m_printer.ClearBuffer(false);
+}
+
+// The last bytes leave the library's buffer when the file is closed.
+bool DocumentWriter::finish()
+{
+    writePiece();
+    if (m_file && std::fclose(m_file.release()) != 0)
+        m_isWhole = false;
+    return m_isWhole;
 }
 
 void writeFlows(DocumentWriter& writer, const std::list<TTStreamInstance>& instances,

@@ -26,7 +26,8 @@ class DocumentWriter
 public:
     /// Opens the file below the current directory, making its folder when it is missing.
     ///
-    /// A file that cannot be opened swallows everything that is written to it.
+    /// A file that cannot be opened, or a pipe that nobody reads, swallows everything that is
+    /// written to it.
     DocumentWriter(const QString& folder, const QString& fileName);
     /// Keeps the whole document in memory, for bytes().
     DocumentWriter();
@@ -55,6 +56,9 @@ public:
 
     void attribute(const char* name, const char* value);
     void leaf(const char* name, const std::string& text);
+    /// Writes what is left, all elements being closed; false when the disk has not taken the whole
+    /// document. A file that may not be written to at all is no failure here.
+    bool finish();
     /// The document so far; of one without a file, or before the first piece went to it.
     QByteArray bytes() const;
     /// An integer of any width and sign, in decimal.
@@ -76,6 +80,7 @@ private:
     void writePiece();
 
     const bool m_inMemory;
+    bool m_isWhole = true;
     std::unique_ptr<std::FILE, CloseFile> m_file;
     tinyxml2::XMLPrinter m_printer;
 };

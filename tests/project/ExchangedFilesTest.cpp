@@ -1,0 +1,103 @@
+#include "project/DocumentExchange.h"
+#include "project/DocumentFolder.h"
+
+#include "tests/support/Documents.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDir>
+#include <QtTest>
+
+// What an import and an export do to files, asked for by paths that no form would send.
+class ExchangedFilesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<TemporaryFolder>();
+        writeFile(QStringLiteral("their/vek_input.xml"), "their input");
+        writeFile(QStringLiteral("their/vek_output.xml"), "their output");
+        writeFile(ownInput(), "own input");
+        writeFile(ownOutput(), "own output");
+    }
+
+    void cleanup() { m_folder.reset(); }
+
+    void importReplacesBothDocuments()
+    {
+        QVERIFY(importDocuments(theirs("vek_input.xml"), theirs("vek_output.xml")));
+        QCOMPARE(readFile(ownInput()), QByteArray("their input"));
+        QCOMPARE(readFile(ownOutput()), QByteArray("their output"));
+    }
+
+    void importOfOneDocumentAloneChangesNothing_data()
+    {
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("no input") << QString() << QStringLiteral("their/vek_output.xml");
+        QTest::newRow("no output") << QStringLiteral("their/vek_input.xml") << QString();
+        QTest::newRow("nothing") << QString() << QString();
+    }
+
+    void importOfOneDocumentAloneChangesNothing()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, output);
+        QVERIFY(!importDocuments(input, output));
+        QVERIFY(ownDocumentsAreAsBefore());
+    }
+
+    void importOfAnOwnDocumentChangesNothing()
+    {
+        QVERIFY(!importDocuments(inputDocumentPath(), theirs("vek_output.xml")));
+        QVERIFY(!importDocuments(theirs("vek_input.xml"), outputDocumentPath()));
+        QVERIFY(ownDocumentsAreAsBefore());
+    }
+
+    void importMakesTheFoldersItNeeds()
+    {
+        QVERIFY(QDir(inputFolder()).removeRecursively());
+        QVERIFY(QDir(outputFolder()).removeRecursively());
+        QVERIFY(importDocuments(theirs("vek_input.xml"), theirs("vek_output.xml")));
+        QCOMPARE(readFile(ownInput()), QByteArray("their input"));
+        QCOMPARE(readFile(ownOutput()), QByteArray("their output"));
+    }
+
+    void exportToNoFolderChangesNothing()
+    {
+        exportDocuments(QString());
+        QVERIFY(ownDocumentsAreAsBefore());
+        QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 3);
+    }
+
+    void exportLeavesEarlierCopiesAsTheyAre()
+    {
+        writeFile(QStringLiteral("copy/OutputXML/vek_output.xml"), "earlier copy");
+        exportDocuments(QDir().absoluteFilePath(QStringLiteral("copy")));
+        QCOMPARE(readFile(QStringLiteral("copy/ResourceXML/vek_input.xml")),
+                 QByteArray("own input"));
+        QCOMPARE(readFile(QStringLiteral("copy/OutputXML/vek_output.xml")),
+                 QByteArray("earlier copy"));
+    }
+
+private:
+    static QString ownInput() { return QStringLiteral("ResourceXML/vek_input.xml"); }
+    static QString ownOutput() { return QStringLiteral("OutputXML/vek_output.xml"); }
+
+    static QString theirs(const char* name)
+    {
+        return QDir().absoluteFilePath(QStringLiteral("their/") + QString::fromLatin1(name));
+    }
+
+    static bool ownDocumentsAreAsBefore()
+    {
+        return readFile(ownInput()) == "own input" && readFile(ownOutput()) == "own output";
+    }
+
+    std::unique_ptr<TemporaryFolder> m_folder;
+};
+
+QTEST_GUILESS_MAIN(ExchangedFilesTest)
+
+#include "ExchangedFilesTest.moc"

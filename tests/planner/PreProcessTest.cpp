@@ -114,6 +114,49 @@ private slots:
         QCOMPARE(computeClusterCycle(context), static_cast<quint32>(multiple));
     }
 
+    void cycleAskedForIsTheCycleThatIsComputed()
+    {
+        const std::vector<std::vector<quint32>> cases{{},
+                                                      {2500},
+                                                      {1000, 3000, 2000},
+                                                      {4294967291U, 4294967279U},
+                                                      {4294967291U, 2, 3},
+                                                      {65536, 65536, 7},
+                                                      {0},
+                                                      {0, 1000},
+                                                      {1000, 0},
+                                                      {65537, 65539, 65543},
+                                                      {6, 10, 15},
+                                                      {4294967295U},
+                                                      {4294967295U, 1},
+                                                      {4294967295U, 3, 5}};
+        for (const std::vector<quint32>& periods : cases) {
+            PlanningContext context;
+            for (const quint32 period : periods) {
+                context.flows.emplace_back();
+                context.flows.back().period = period;
+            }
+            LogCapture log;
+            const quint32 asked = clusterCycleOf(context);
+            QCOMPARE(context.clusterCycle, quint64(0));
+            QVERIFY(log.lines().isEmpty());
+            QCOMPARE(asked, computeClusterCycle(context));
+        }
+    }
+
+    void listenerHearsOfEachPartInItsOrder()
+    {
+        const LogCapture log;
+        lineNetwork(1, 4).save();
+        std::vector<StagePart> parts;
+        PlanningContext context;
+        QCOMPARE(preProcess(context, [&](StagePart part) { parts.push_back(part); }), code::ok);
+        const std::vector<StagePart> expected{StagePart::ReadInput, StagePart::Windows,
+                                              StagePart::Expand, StagePart::LogInstances,
+                                              StagePart::WriteWindows};
+        QVERIFY(parts == expected);
+    }
+
     void periodThatIsNoMultipleOfASlotIsRoundedDown()
     {
         const LogCapture log;

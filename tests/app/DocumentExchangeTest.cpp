@@ -1,7 +1,7 @@
 #include "app/ImportVekForm.h"
 #include "app/OutportVekForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"

@@ -1,7 +1,7 @@
 #include "topology/NodeItemsByName.h"
 
+#include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/topology/Editor.h"
 
 #include <QButtonGroup>
 

@@ -1,5 +1,5 @@
+#include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/topology/Editor.h"
 
 #include <QFontMetrics>
 

@@ -3,7 +3,7 @@
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
 
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"

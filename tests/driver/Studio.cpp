@@ -1,4 +1,4 @@
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"

@@ -194,6 +194,9 @@ private:
             editor.openContextMenu(centerOf(node),
                                    [](QMenu* menu) { menu->actions().last()->trigger(); });
         }
+        // Where no node is in reach, the window offers its tool bars.
+        if (QWidget* menu = QApplication::activePopupWidget())
+            menu->close();
     }
 
     void deleteWhileDrawing()

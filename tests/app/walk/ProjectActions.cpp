@@ -27,11 +27,6 @@ static bool saveProject(WalkedStudio& walked)
     return true;
 }
 
-static void openFile(WalkedStudio& walked, const QString& path)
-{
-    walked.answerFileDialog(path, [&] { walked.chooseFromFileMenu(QStringLiteral(u"打开工程")); });
-}
-
 // Nodes, virtual links and flows come back one by one; a link goes when its node was renamed.
 static bool openSavedProject(WalkedStudio& walked)
 {
@@ -39,7 +34,7 @@ static bool openSavedProject(WalkedStudio& walked)
     const QByteArray bytes = readFile(path);
     if (bytes.isEmpty())
         return false;
-    openFile(walked, path);
+    walked.openProjectFile(path);
     const Project saved = projectFrom(bytes);
     if (walked.editor.nodes().size() != saved.nodes.size() ||
         walked.editor.links().size() > saved.links.size() ||
@@ -64,7 +59,7 @@ static bool openExample(WalkedStudio& walked)
         QStringLiteral("succeeds-not-sound"), QStringLiteral("fails-window-check"),
         QStringLiteral("fails-resolution"),   QStringLiteral("fails-resolution")};
     const QString name = walked.pickFrom(examples);
-    openFile(walked, WalkedStudio::exampleFile(name, name + QStringLiteral(".rotpro")));
+    walked.openProjectFile(WalkedStudio::exampleFile(name, name + QStringLiteral(".rotpro")));
     return true;
 }
 
@@ -76,7 +71,7 @@ static bool openRandomProject(WalkedStudio& walked)
         bytes = mutated(bytes, random);
     const QString path = walked.folder.path(QStringLiteral("random.rotpro"));
     writeFile(path, bytes);
-    openFile(walked, path);
+    walked.openProjectFile(path);
     return true;
 }
 

@@ -125,9 +125,14 @@ static QString faultInForms(WalkedStudio& walked)
     if (isAnyOpenTwice<PlanCheckForm, AddVLineForm, VLineNodeSelectForm, AddDstNodeForm,
                        ImportVekForm, OutportVekForm>(windows))
         return QStringLiteral("a form is open twice");
-    if (QApplication::activePopupWidget() || !openForms<QMessageBox>(windows).isEmpty() ||
-        !openForms<QFileDialog>(windows).isEmpty())
-        return QStringLiteral("a box or a menu was left open");
+    for (const QWidget* window : windows) {
+        const bool isPassing = window == QApplication::activePopupWidget() ||
+                               qobject_cast<const QMessageBox*>(window) ||
+                               qobject_cast<const QFileDialog*>(window);
+        if (isPassing && window->isVisible())
+            return QStringLiteral("left open: %1 %2")
+                .arg(QString::fromUtf8(window->metaObject()->className()), window->windowTitle());
+    }
     return QString();
 }
 

@@ -37,6 +37,11 @@ void WalkedStudio::chooseFromFileMenu(const QString& text)
     }
 }
 
+void WalkedStudio::openProjectFile(const QString& path)
+{
+    answerFileDialog(path, [this] { chooseFromFileMenu(QStringLiteral(u"打开工程")); });
+}
+
 void WalkedStudio::noteSchedule()
 {
     int cycle = 0;

@@ -43,6 +43,9 @@ struct WalkedStudio : CheckedStudio {
             complain(QStringLiteral("no file dialog came"));
     }
 
+    /// Opens a project through the file dialog.
+    void openProjectFile(const QString& path);
+
     /// Keeps the schedule that the documents hold now; complains when the studio shows another.
     void noteSchedule();
 

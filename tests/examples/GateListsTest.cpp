@@ -1,6 +1,7 @@
 #include "planner/Planning.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/ProgramRun.h"
 #include "tests/support/TemporaryFolder.h"
@@ -106,7 +107,7 @@ static PortTimes timesOfCsv(qint64 cycle_us)
     }
     for (const auto& [port, end] : now_us) {
         if (end != cycle_us)
-            qFatal("%s ends at %lld", qPrintable(port), end);
+            failTest(port.toUtf8() + " ends at " + QByteArray::number(end));
     }
     return ports;
 }

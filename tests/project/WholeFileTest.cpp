@@ -1,6 +1,7 @@
 #include "project/WholeFile.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/KilledChild.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
@@ -43,12 +44,12 @@ public:
     OrdinaryUser() : m_before(geteuid())
     {
         if (m_before == 0 && seteuid(65534) != 0)
-            qFatal("the superuser cannot become another user");
+            failTest("the superuser cannot become another user");
     }
     ~OrdinaryUser()
     {
         if (m_before == 0 && seteuid(0) != 0)
-            qFatal("the superuser's rights do not come back");
+            failTest("the superuser's rights do not come back");
     }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;

@@ -5,6 +5,7 @@
 #include "tests/support/Failure.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/Spoken.h"
 
 #include <QLoggingCategory>
 #include <QtTest>

@@ -2,6 +2,7 @@
 
 #include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
+#include "tests/topology/SpokenItems.h"
 
 #include <QButtonGroup>
 

@@ -1,6 +1,7 @@
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/topology/LinkedPair.h"
+#include "tests/topology/SpokenItems.h"
 
 #include <QLineEdit>
 #include <QPushButton>

@@ -1,6 +1,7 @@
 #include "app/ImportVekForm.h"
 #include "app/OutportVekForm.h"
 
+#include "tests/driver/OpenForms.h"
 #include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
@@ -69,11 +70,8 @@ static QStringList textsOf(const QDialog* form)
 template <typename Form>
 static Form* openedForm()
 {
-    Form* found = nullptr;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* form = qobject_cast<Form*>(widget); form && form->isVisible())
-            found = form;
-    }
+    const QList<Form*> forms = openForms<Form>();
+    Form* found = forms.isEmpty() ? nullptr : forms.last();
     if (!found || !QTest::qWaitForWindowExposed(found))
         failTest("the dialog does not open");
     return found;

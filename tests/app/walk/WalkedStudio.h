@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/app/CheckedStudio.h"
+#include "tests/driver/OpenForms.h"
 #include "tests/topology/EditorWalker.h"
 
 #include <QMap>
@@ -63,26 +64,6 @@ struct WalkedStudio : CheckedStudio {
     NodeInfo_Xml sent;
     NodeInfo_Xml received;
 };
-
-/// The open forms of a class, wherever they belong.
-template <typename Form>
-QList<Form*> openForms(const QWidgetList& windows = QApplication::topLevelWidgets())
-{
-    QList<Form*> found;
-    for (QWidget* widget : windows) {
-        auto* form = qobject_cast<Form*>(widget);
-        if (form && form->isVisible())
-            found.append(form);
-    }
-    return found;
-}
-
-/// The open form of a class; null without one.
-template <typename Form>
-Form* openForm()
-{
-    return openForms<Form>().value(0);
-}
 
 /// One kind of action.
 struct WalkAction {

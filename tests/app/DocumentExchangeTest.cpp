@@ -1,10 +1,12 @@
 #include "app/ImportVekForm.h"
 #include "app/OutportVekForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/OpenForms.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -68,13 +70,10 @@ static QStringList textsOf(const QDialog* form)
 template <typename Form>
 static Form* openedForm()
 {
-    Form* found = nullptr;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* form = qobject_cast<Form*>(widget); form && form->isVisible())
-            found = form;
-    }
+    const QList<Form*> forms = openForms<Form>();
+    Form* found = forms.isEmpty() ? nullptr : forms.last();
     if (!found || !QTest::qWaitForWindowExposed(found))
-        qFatal("the dialog does not open");
+        failTest("the dialog does not open");
     return found;
 }
 
@@ -128,7 +127,7 @@ struct ExchangeStudio {
             answers.expectFile(path);
         clickButton(form, button);
         if (!answers.allAnswered())
-            qFatal("no file dialog came");
+            failTest("no file dialog came");
     }
 
     /// Empty paths are not chosen at all.
@@ -142,7 +141,7 @@ struct ExchangeStudio {
         clickButton(form, "button_import");
         deleteWhatIsToBeDeleted();
         if (form)
-            qFatal("the dialog is still there");
+            failTest("the dialog is still there");
     }
 
     void exportTo(const QString& target)
@@ -152,7 +151,7 @@ struct ExchangeStudio {
         clickButton(form, "button_outport");
         deleteWhatIsToBeDeleted();
         if (form)
-            qFatal("the dialog is still there");
+            failTest("the dialog is still there");
     }
 
     QStringList listedNodes()
@@ -174,6 +173,7 @@ private slots:
     {
         ExchangeStudio exchange;
         ImportVekForm* form = exchange.openImport();
+        QVERIFY(form);
         QCOMPARE(form->objectName(), u("ImportForm"));
         QCOMPARE(form->windowTitle(), u("导入Vek规范"));
         QCOMPARE(form->size(), QSize(382, 259));
@@ -192,6 +192,7 @@ private slots:
     {
         ExchangeStudio exchange;
         OutportVekForm* form = exchange.openExport();
+        QVERIFY(form);
         QCOMPARE(form->objectName(), u("OutportVekForm"));
         QCOMPARE(form->windowTitle(), u("导出Vek规范"));
         QCOMPARE(form->size(), QSize(463, 153));
@@ -209,6 +210,7 @@ private slots:
         ExchangeStudio exchange;
         DialogAnswers answers;
         ImportVekForm* importForm = exchange.openImport();
+        QVERIFY(importForm);
         answers.expectCancelledFileDialog();
         clickButton(importForm, "button_selectInput");
         answers.expectCancelledFileDialog();
@@ -216,6 +218,7 @@ private slots:
         clickButton(importForm, "button_cancel");
         deleteWhatIsToBeDeleted();
         OutportVekForm* exportForm = exchange.openExport();
+        QVERIFY(exportForm);
         answers.expectCancelledFileDialog();
         clickButton(exportForm, "button_selectOutportPath");
         QCOMPARE(answers.seen().mid(0, 2),
@@ -230,6 +233,7 @@ private slots:
     {
         ExchangeStudio exchange;
         ImportVekForm* importForm = exchange.openImport();
+        QVERIFY(importForm);
         ExchangeStudio::choose(importForm, "button_selectInput", exchange.givenInput);
         clickButton(importForm, "button_cancel");
         deleteWhatIsToBeDeleted();
@@ -243,6 +247,7 @@ private slots:
     {
         ExchangeStudio exchange;
         ImportVekForm* form = exchange.openImport();
+        QVERIFY(form);
         ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
         QCOMPARE(lineEdit(form, "lineEdit_inputPath")->text(), exchange.givenInput);
         QCOMPARE(lineEdit(form, "lineEdit_inputPath")->cursorPosition(), 0);
@@ -251,6 +256,7 @@ private slots:
         clickButton(form, "button_cancel");
         deleteWhatIsToBeDeleted();
         OutportVekForm* exportForm = exchange.openExport();
+        QVERIFY(exportForm);
         ExchangeStudio::choose(exportForm, "button_selectOutportPath",
                                exchange.folder.path(u("given")));
         QCOMPARE(lineEdit(exportForm, "lineEdit_outportPath")->text(),
@@ -264,6 +270,7 @@ private slots:
     {
         ExchangeStudio exchange;
         const QPointer<ImportVekForm> form = exchange.openImport();
+        QVERIFY(form);
         clickButton(form, "button_cancel");
         deleteWhatIsToBeDeleted();
         QVERIFY(form.isNull());
@@ -273,11 +280,13 @@ private slots:
     {
         ExchangeStudio exchange;
         const QPointer<OutportVekForm> form = exchange.openExport();
+        QVERIFY(form);
         clickButton(form, "button_cancel");
         deleteWhatIsToBeDeleted();
         QVERIFY(!form.isNull());
         QVERIFY(!form->isVisible());
         OutportVekForm* next = exchange.openExport();
+        QVERIFY(next);
         QVERIFY(next != form);
     }
 
@@ -285,6 +294,7 @@ private slots:
     {
         ExchangeStudio exchange;
         QPointer<ImportVekForm> form = exchange.openImport();
+        QVERIFY(form);
         QTest::keyClick(form, Qt::Key_Escape);
         deleteWhatIsToBeDeleted();
         QVERIFY(form.isNull());
@@ -306,6 +316,7 @@ private slots:
         QFETCH(bool, inputGiven);
         ExchangeStudio exchange;
         ImportVekForm* form = exchange.openImport();
+        QVERIFY(form);
         const QSignalSpy imported(form, &ImportVekForm::signal_importVekFile);
         if (inputGiven)
             ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
@@ -539,6 +550,7 @@ private slots:
         writeFile(ownInput(), inputDocument("own"));
         writeFile(ownOutput(), outputDocument(1000));
         const QPointer<ImportVekForm> form = exchange.openImport();
+        QVERIFY(form);
         ExchangeStudio::choose(form, "button_selectInput", exchange.givenInput);
         ExchangeStudio::choose(form, "button_selectOutput", exchange.givenOutput);
         QVERIFY(QFile::remove(inputIsGone ? exchange.givenInput : exchange.givenOutput));
@@ -611,6 +623,7 @@ private slots:
         ExchangeStudio exchange;
         writeFile(ownInput(), inputDocument("own"));
         const QPointer<OutportVekForm> form = exchange.openExport();
+        QVERIFY(form);
         const QSignalSpy exported(form.data(), &OutportVekForm::signal_outportVekFile);
         clickButton(form, "button_outport");
         QCOMPARE(exported.count(), 0);

@@ -1,6 +1,6 @@
 #include "app/FlowScheduleForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"

@@ -4,10 +4,11 @@
 #include "traffic/VLineEditorForm.h"
 #include "traffic/VLineNodeSelectForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
@@ -22,14 +23,16 @@ static Form* activeForm(Form* form)
     if (form)
         form->activateWindow();
     if (!form || !QTest::qWaitForWindowActive(form))
-        qFatal("the form does not become active");
+        failTest("the form does not become active");
     return form;
 }
 
 /// Presses Enter where the form has its focus.
 static void pressEnter(QDialog* form)
 {
-    QWidget* focus = activeForm(form)->focusWidget();
+    if (!activeForm(form))
+        return;
+    QWidget* focus = form->focusWidget();
     QTest::keyClick(focus ? focus : form, Qt::Key_Return);
 }
 
@@ -52,9 +55,11 @@ private slots:
         Studio studio;
         studio.drawSmallNetwork();
         VLineEditorForm* form = activeForm(studio.openVLineEditor());
+        QVERIFY(form);
         typeText(form, "lineEdit_VLineId", "7");
         pressEnter(form);
         auto* path = activeForm(form->findChild<AddVLineForm*>());
+        QVERIFY(path);
         for (int node = 0; node < 4; ++node) {
             QCOMPARE(defaultButton(path), u("添加节点"));
             pressEnter(path);
@@ -79,6 +84,7 @@ private slots:
         Studio studio;
         studio.drawSmallNetwork();
         VLineEditorForm* form = activeForm(studio.openVLineEditor());
+        QVERIFY(form);
         studio.addPath(form, {u("A"), u("S1"), u("S2"), u("B")});
         QCOMPARE(defaultButton(form), u("添加数据路径"));
         typeText(form, "lineEdit_VLineId", "7");
@@ -92,6 +98,7 @@ private slots:
         Studio studio;
         studio.drawSmallNetwork();
         AddVLineForm* path = activeForm(studio.openPath(studio.openVLineEditor()));
+        QVERIFY(path);
         path->findChild<QPushButton*>(u("addNodeButton"))->setFocus();
         for (const char* name : {"A", "S1", "S2"})
             path->rcvItem(studio.node(name));

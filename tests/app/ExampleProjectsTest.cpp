@@ -3,7 +3,7 @@
 
 #include "app/FlowScheduleForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"

@@ -1,7 +1,7 @@
 #include "traffic/AddDstNodeForm.h"
 #include "traffic/FlowEditorForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"

@@ -6,7 +6,7 @@
 #include "traffic/VLineEditorForm.h"
 #include "traffic/VLineNodeSelectForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/Text.h"

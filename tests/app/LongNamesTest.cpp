@@ -1,4 +1,4 @@
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"

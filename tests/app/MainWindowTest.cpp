@@ -1,4 +1,4 @@
-#include "tests/app/MainWindowProbe.h"
+#include "tests/driver/MainWindowProbe.h"
 #include "tests/support/GuiTestMain.h"
 #include "views/FlowColorTable.h"
 

@@ -167,7 +167,7 @@ private slots:
         TimeSlotInfo* grid = studio.sendTable();
         QVERIFY(grid->cellWidget(0, 1));
         openMenuByMouse(*grid, grid->model()->index(0, 1));
-        openMenu()->close();
+        closeMenu();
     }
 
     void menuKeyOpensWithinTheViewWhenTheCellIsScrolledAway()
@@ -182,8 +182,9 @@ private slots:
         QVERIFY(!grid->viewport()->rect().intersects(grid->visualRect(grid->currentIndex())));
         openMenuByKey(*grid);
         const QRect inside(grid->viewport()->mapToGlobal(QPoint(0, 0)), grid->viewport()->size());
+        QVERIFY(openMenu());
         QVERIFY(inside.contains(openMenu()->pos()));
-        openMenu()->close();
+        closeMenu();
     }
 
     // ---- Tool tips

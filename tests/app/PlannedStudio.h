@@ -4,7 +4,7 @@
 #include "views/FlowListWindow.h"
 #include "views/TimeSlotInfo.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/LogCapture.h"

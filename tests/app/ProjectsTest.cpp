@@ -1,6 +1,6 @@
 #include "app/FlowScheduleForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
@@ -313,7 +313,7 @@ private slots:
         given.vLines[0].vLinePaths[1][2] = QString(); // no node has this name
         QCOMPARE(bytesOf(saved), bytesOf(given));
         QVERIFY(saved.links.first().bandWidth.isNull());
-        QVERIFY(saved.nodes.first().portNum == u("8"));
+        QCOMPARE(saved.nodes.first().portNum, u("8"));
         QVERIFY(saved.nodes.at(1).nodeMac.isNull());
         QVERIFY(!saved.nodes.at(1).bufferNum.isNull());
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"

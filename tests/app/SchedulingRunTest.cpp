@@ -1,7 +1,7 @@
 #include "app/FlowScheduleForm.h"
 #include "planner/TTPlanner.h"
 
-#include "tests/app/MainWindowProbe.h"
+#include "tests/driver/MainWindowProbe.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"

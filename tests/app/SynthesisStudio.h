@@ -37,6 +37,8 @@ struct SynthesisStudio : PlannedStudio {
     bool offers(const QString& entry)
     {
         QMenu* menu = openFlowMenu();
+        if (!menu)
+            return false;
         bool isOffered = false;
         for (const QAction* action : menu->actions())
             isOffered = isOffered || (action->text() == entry && action->isEnabled());

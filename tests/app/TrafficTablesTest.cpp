@@ -1,4 +1,5 @@
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 
@@ -35,7 +36,7 @@ struct FilledStudio : Studio {
         }
         probe.flowDock()->raise();
         if (!QTest::qWaitFor([this] { return probe.flowTable()->isVisible(); }))
-            qFatal("the table of flows is not shown");
+            failTest("the table of flows is not shown");
     }
 
     void clickCell(QTableWidget* table, int row, int column, Qt::KeyboardModifiers modifiers)

@@ -3,7 +3,7 @@
 #include "traffic/VLineEditorForm.h"
 #include "traffic/VLineNodeSelectForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"

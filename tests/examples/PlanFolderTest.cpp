@@ -12,6 +12,16 @@
 using planner::PlanResult;
 using planner::PlanStep;
 
+namespace planner
+{
+
+static char* toString(PlanStep step)
+{
+    return qstrdup(QByteArray("step ") + QByteArray::number(int(step)));
+}
+
+} // namespace planner
+
 static QByteArray sourceFile(const char* path)
 {
     return readFile(QStringLiteral(ROTUNDA_SOURCE_FOLDER "/") + QString::fromLatin1(path));

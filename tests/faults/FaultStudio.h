@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/app/MainWindowProbe.h"
+#include "tests/driver/MainWindowProbe.h"
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"

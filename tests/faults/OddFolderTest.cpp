@@ -1,7 +1,7 @@
 #include "planner/Planning.h"
 #include "project/ProjectFile.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/faults/FaultStudio.h"
 #include "tests/project/ProjectBytes.h"
 #include "tests/support/GuiTestMain.h"

@@ -2,8 +2,10 @@
 #include "planner/documents/DocumentAccess.h"
 
 #include "tests/planner/InputText.h"
+#include "tests/planner/Windows.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Spoken.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QtTest>

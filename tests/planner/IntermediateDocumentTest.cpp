@@ -3,6 +3,7 @@
 #include "planner/documents/DocumentAccess.h"
 #include "planner/documents/WrittenPieces.h"
 
+#include "tests/planner/Windows.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/RandomSource.h"

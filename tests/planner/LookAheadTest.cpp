@@ -3,6 +3,7 @@
 
 #include "tests/planner/PortInstances.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/Spoken.h"
 
 #include <QtTest>
 

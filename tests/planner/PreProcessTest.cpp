@@ -5,6 +5,7 @@
 #include "tests/planner/Windows.h"
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Spoken.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDir>

@@ -134,10 +134,12 @@ private slots:
             std::stable_sort(
                 stable.begin(), stable.end(),
                 [](const SlotWindow& a, const SlotWindow& b) { return a.start < b.start; });
-            QVERIFY(own == stable);
+            QCOMPARE(own, stable);
         }
     }
 };
 
 QTEST_APPLESS_MAIN(WindowSortTest)
 #include "WindowSortTest.moc"
+
+#include "tests/planner/Windows.h"

@@ -80,6 +80,7 @@ bool DialogAnswers::answerFileDialog(QWidget* window)
         return true;
     }
     edit->setText(answer.path);
-    QTest::keyClick(edit, Qt::Key_Enter);
+    // Not within the timer's own event, so that it sees a box that asks about the file.
+    QTimer::singleShot(0, edit, [edit] { QTest::keyClick(edit, Qt::Key_Enter); });
     return true;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Failure.h"
+
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
@@ -8,14 +10,24 @@
 
 // Working a dialog by its widgets' object names.
 
-inline QLineEdit* lineEdit(QDialog* dialog, const char* name)
+/// A widget of a dialog; null, and the test fails, without the dialog or the widget.
+template <typename Widget>
+Widget* partOf(const QDialog* dialog, const char* name)
 {
-    return dialog->findChild<QLineEdit*>(QString::fromUtf8(name));
+    auto* part = dialog ? dialog->findChild<Widget*>(QString::fromUtf8(name)) : nullptr;
+    if (!part)
+        failTest((dialog ? "the dialog has no " : "no dialog is open with ") + QByteArray(name));
+    return part;
 }
 
-inline QComboBox* comboBox(QDialog* dialog, const char* name)
+inline QLineEdit* lineEdit(const QDialog* dialog, const char* name)
 {
-    return dialog->findChild<QComboBox*>(QString::fromUtf8(name));
+    return partOf<QLineEdit>(dialog, name);
+}
+
+inline QComboBox* comboBox(const QDialog* dialog, const char* name)
+{
+    return partOf<QComboBox>(dialog, name);
 }
 
 /// The texts that a list offers, in its order.
@@ -28,19 +40,22 @@ inline QStringList entries(const QComboBox* box)
 }
 
 /// Replaces the text of a line edit by typing.
-inline void typeText(QDialog* dialog, const char* name, const QString& text)
+inline void typeText(const QDialog* dialog, const char* name, const QString& text)
 {
-    lineEdit(dialog, name)->selectAll();
-    QTest::keyClick(lineEdit(dialog, name), Qt::Key_Delete);
-    QTest::keyClicks(lineEdit(dialog, name), text);
+    if (QLineEdit* edit = lineEdit(dialog, name)) {
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
+        QTest::keyClicks(edit, text);
+    }
 }
 
-inline void typeText(QDialog* dialog, const char* name, const char* text)
+inline void typeText(const QDialog* dialog, const char* name, const char* text)
 {
     typeText(dialog, name, QString::fromUtf8(text));
 }
 
-inline void clickButton(QDialog* dialog, const char* name)
+inline void clickButton(const QDialog* dialog, const char* name)
 {
-    QTest::mouseClick(dialog->findChild<QPushButton*>(QString::fromUtf8(name)), Qt::LeftButton);
+    if (auto* button = partOf<QPushButton>(dialog, name))
+        QTest::mouseClick(button, Qt::LeftButton);
 }

@@ -1,5 +1,7 @@
 #include "tests/support/Documents.h"
 
+#include "tests/support/Failure.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,7 +11,7 @@ void writeFile(const QString& path, const QByteArray& bytes)
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
+        failTest("cannot write " + path.toUtf8());
 }
 
 QByteArray readFile(const QString& path)

@@ -1,5 +1,7 @@
 #include "tests/support/PeakMemory.h"
 
+#include "tests/support/Failure.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,7 +16,7 @@ static qint64 residentMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("there is no /proc");
+        failTest("there is no /proc");
     return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
@@ -27,8 +29,10 @@ Measured measured(const std::function<int()>& work)
 #endif
     const qint64 before = residentMemory();
     const pid_t child = fork();
-    if (child < 0)
-        qFatal("no process can be made");
+    if (child < 0) {
+        failTest("no process can be made");
+        return {};
+    }
     if (child == 0) {
         const rlimit limit{seconds, seconds};
         setrlimit(RLIMIT_CPU, &limit);
@@ -68,5 +72,5 @@ void writeRepeated(const QString& path, const QByteArray& head, const QByteArray
         isWritten = isWritten && file.write(units.constData(), size) == size;
     }
     if (!isWritten || file.write(tail) != tail.size())
-        qFatal("cannot write %s", qPrintable(path));
+        failTest("cannot write " + path.toUtf8());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/Failure.h"
 #include "tests/support/ItemPlace.h"
 
 #include <QContextMenuEvent>
@@ -21,26 +22,35 @@ inline void openMenuByKey(QAbstractItemView& view)
 {
     view.window()->activateWindow();
     view.setFocus();
-    if (!QTest::qWaitFor([&] { return QApplication::focusWidget() == &view; }))
-        qFatal("the view does not take the focus");
+    if (!QTest::qWaitFor([&] { return QApplication::focusWidget() == &view; })) {
+        failTest("the view does not take the focus");
+        return;
+    }
     const QPoint at = view.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
     QContextMenuEvent event(QContextMenuEvent::Keyboard, at, view.mapToGlobal(at));
     QApplication::sendEvent(&view, &event);
 }
 
-/// The menu that is open; none ends the test program.
+/// The menu that is open; null, and the test fails, without one.
 inline QMenu* openMenu()
 {
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     if (!menu)
-        qFatal("no menu is open");
+        failTest("no menu is open");
     return menu;
+}
+
+/// Closes the menu that is open; without one the test fails.
+inline void closeMenu()
+{
+    if (QMenu* menu = openMenu())
+        menu->close();
 }
 
 inline QStringList entriesOf(const QMenu* menu)
 {
     QStringList texts;
-    for (const QAction* action : menu->actions())
+    for (const QAction* action : menu ? menu->actions() : QList<QAction*>())
         texts.append(action->text());
     return texts;
 }
@@ -48,24 +58,24 @@ inline QStringList entriesOf(const QMenu* menu)
 /// Walks down to the entry by keys and presses Enter.
 inline void chooseByKeys(QMenu* menu, const QString& text)
 {
-    for (int i = 0; i < menu->actions().size(); ++i) {
+    for (int i = 0; menu && i < menu->actions().size(); ++i) {
         QTest::keyClick(menu, Qt::Key_Down);
         if (menu->activeAction() && menu->activeAction()->text() == text) {
             QTest::keyClick(menu, Qt::Key_Return);
             return;
         }
     }
-    qFatal("the menu has no such entry");
+    failTest("the menu has no such entry");
 }
 
 inline void chooseByMouse(QMenu* menu, const QString& text)
 {
-    for (QAction* action : menu->actions()) {
+    for (QAction* action : menu ? menu->actions() : QList<QAction*>()) {
         if (action->text() == text) {
             QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
                               menu->actionGeometry(action).center());
             return;
         }
     }
-    qFatal("the menu has no such entry");
+    failTest("the menu has no such entry");
 }

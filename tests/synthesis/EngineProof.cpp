@@ -6,6 +6,7 @@
 #include "verification/PlanVerifier.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/LogCapture.h"
 
 static std::unique_ptr<tinyxml2::XMLDocument> parse(const QByteArray& bytes)
@@ -13,7 +14,7 @@ static std::unique_ptr<tinyxml2::XMLDocument> parse(const QByteArray& bytes)
     auto document = std::make_unique<tinyxml2::XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
     if (document->Parse(bytes.constData(), static_cast<size_t>(bytes.size())) !=
         tinyxml2::XML_SUCCESS)
-        qFatal("document does not parse: %s", document->ErrorStr());
+        failTest(QByteArray("document does not parse: ") + document->ErrorStr());
     return document;
 }
 

@@ -1,4 +1,5 @@
 #include "tests/support/LogCapture.h"
+#include "tests/support/Spoken.h"
 #include "tests/support/Text.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"

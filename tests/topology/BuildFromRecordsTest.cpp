@@ -1,7 +1,8 @@
 #include "topology/NodeItemsByName.h"
 
+#include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/topology/Editor.h"
+#include "tests/topology/SpokenItems.h"
 
 #include <QButtonGroup>
 

@@ -3,12 +3,13 @@
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
 
 #include <QPushButton>
 #include <QtTest>
 
 #include <random>
+#include <vector>
 
 /// Who walks: picks actions and places from a seeded sequence.
 class EditorWalker
@@ -19,7 +20,41 @@ public:
     /// Does one action and returns its name.
     const char* step()
     {
-        static const Action actions[] = {
+        int ticket = pick(105);
+        for (const Action& action : actions()) {
+            ticket -= action.weight;
+            if (ticket < 0) {
+                (this->*action.run)();
+                return action.name;
+            }
+        }
+        return "nothing";
+    }
+
+    /// The names of all actions.
+    static QStringList kinds()
+    {
+        QStringList names;
+        for (const Action& action : actions())
+            names.append(QString::fromUtf8(action.name));
+        return names;
+    }
+
+    /// A number from 0 to count - 1.
+    int pick(int count) { return int(m_random() % quint32(count)); }
+
+    Editor& editor;
+
+private:
+    struct Action {
+        const char* name;
+        int weight;
+        void (EditorWalker::*run)();
+    };
+
+    static const std::vector<Action>& actions()
+    {
+        static const std::vector<Action> all = {
             {"insert host", 10, &EditorWalker::insertHost},
             {"insert switch", 8, &EditorWalker::insertSwitch},
             {"draw link", 30, &EditorWalker::drawLink},
@@ -38,28 +73,8 @@ public:
             {"rebuild from records", 1, &EditorWalker::rebuild},
             {"change font and colours", 2, &EditorWalker::changeLooks},
         };
-        int ticket = pick(105);
-        for (const Action& action : actions) {
-            ticket -= action.weight;
-            if (ticket < 0) {
-                (this->*action.run)();
-                return action.name;
-            }
-        }
-        return "nothing";
+        return all;
     }
-
-    /// A number from 0 to count - 1.
-    int pick(int count) { return int(m_random() % quint32(count)); }
-
-    Editor& editor;
-
-private:
-    struct Action {
-        const char* name;
-        int weight;
-        void (EditorWalker::*run)();
-    };
 
     QPointF place() { return QPointF(60 + pick(640), 60 + pick(430)); }
 
@@ -179,6 +194,9 @@ private:
             editor.openContextMenu(centerOf(node),
                                    [](QMenu* menu) { menu->actions().last()->trigger(); });
         }
+        // Where no node is in reach, the window offers its tool bars.
+        if (QWidget* menu = QApplication::activePopupWidget())
+            menu->close();
     }
 
     void deleteWhileDrawing()

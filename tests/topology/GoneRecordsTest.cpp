@@ -1,6 +1,7 @@
 #include "tests/support/DialogClicks.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/topology/LinkedPair.h"
+#include "tests/topology/SpokenItems.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,6 +17,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_nodeName", "ghost");
         pair.remove(pair.a);
         clickButton(dialog, "confirmButton");
@@ -27,6 +29,7 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_srcPort", "5");
         pair.remove(pair.b); // which takes the link along
         QVERIFY(pair.editor.links().isEmpty());
@@ -42,7 +45,9 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* nodeDialog = pair.openNode(pair.a);
+        QVERIFY(nodeDialog);
         EditLineWindow* linkDialog = pair.openLink();
+        QVERIFY(linkDialog);
         pair.editor.scene()->clear();
         clickButton(nodeDialog, "confirmButton");
         clickButton(linkDialog, "confirmButton");
@@ -79,7 +84,9 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* node = pair.openNode(pair.a);
+        QVERIFY(node);
         EditLineWindow* link = pair.openLink();
+        QVERIFY(link);
         QCOMPARE(PropertyDialogProbe::record(*node), pair.a);
         QCOMPARE(PropertyDialogProbe::record(*link), pair.link);
         pair.remove(pair.a);
@@ -140,7 +147,9 @@ private slots:
     {
         auto pair = std::make_unique<LinkedPair>();
         const QPointer<EditItemWindow> nodeDialog = pair->openNode(pair->a);
+        QVERIFY(nodeDialog);
         const QPointer<EditLineWindow> linkDialog = pair->openLink();
+        QVERIFY(linkDialog);
         pair.reset();
         QVERIFY(nodeDialog.isNull());
         QVERIFY(linkDialog.isNull());

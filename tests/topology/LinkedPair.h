@@ -3,7 +3,8 @@
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
+#include "tests/support/Failure.h"
 
 #include <QtTest>
 
@@ -26,7 +27,7 @@ struct LinkedPair {
     static Dialog* shown(Dialog* dialog)
     {
         if (!dialog || !QTest::qWaitForWindowActive(dialog))
-            qFatal("the dialog does not become active");
+            failTest("the dialog does not become active");
         return dialog;
     }
 

@@ -18,6 +18,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
+        QVERIFY(dialog);
         QVERIFY(!dialog->findChild<QWidget*>(QStringLiteral("widget_portNum"))->isVisible());
         dialog->close();
         dialog = pair.openNode(pair.b);
@@ -29,6 +30,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.b);
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_nodeName", "SW, 1");
         typeText(dialog, "lineEdit_nodeMac", "no address");
         typeText(dialog, "lineEdit_portNum", "-5");
@@ -48,6 +50,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_nodeName", "H1");
         clickButton(dialog, "confirmButton");
         dialog = pair.openNode(pair.b);
@@ -56,6 +59,7 @@ private slots:
         QCOMPARE(pair.link->srcNode, QStringLiteral("H1"));
         QCOMPARE(pair.link->dstNode, QStringLiteral("SW"));
         EditLineWindow* linkDialog = pair.openLink();
+        QVERIFY(linkDialog);
         QCOMPARE(lineEdit(linkDialog, "lineEdit_srcNode")->text(), QStringLiteral(u"H1(节点id:0)"));
         QCOMPARE(lineEdit(linkDialog, "lineEdit_dstNode")->text(), QStringLiteral(u"SW(节点id:1)"));
     }
@@ -72,6 +76,7 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
+        QVERIFY(dialog);
         QVERIFY(lineEdit(dialog, "lineEdit_srcNode")->isReadOnly());
         QVERIFY(lineEdit(dialog, "lineEdit_dstNode")->isReadOnly());
         typeText(dialog, "lineEdit_vLineName", "L1");
@@ -92,6 +97,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.b);
+        QVERIFY(dialog);
         pair.remove(pair.a);
         QCOMPARE(pair.b->nodeId, QStringLiteral("0"));
         QCOMPARE(lineEdit(dialog, "lineEdit_nodeId")->text(), QStringLiteral("1"));
@@ -110,6 +116,7 @@ private slots:
             [](EditItemWindow* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); }};
         for (const auto& leave : ways) {
             QPointer<EditItemWindow> dialog = pair.openNode(pair.a);
+            QVERIFY(dialog);
             QSignalSpy closed(dialog.data(), &EditItemWindow::windowClosed);
             typeText(dialog, "lineEdit_nodeName", "other");
             leave(dialog);
@@ -124,11 +131,13 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* node = pair.openNode(pair.b);
+        QVERIFY(node);
         typeText(node, "lineEdit_nodeName", "SW");
         QTest::keyClick(lineEdit(node, "lineEdit_nodeName"), Qt::Key_Return);
         QCOMPARE(pair.b->nodeName, QStringLiteral("SW"));
         QVERIFY(!pair.editor.nodeDialog());
         EditLineWindow* link = pair.openLink();
+        QVERIFY(link);
         typeText(link, "lineEdit_dstPort", "7");
         QTest::keyClick(lineEdit(link, "lineEdit_dstPort"), Qt::Key_Return);
         QCOMPARE(pair.link->dstPort, QStringLiteral("7"));
@@ -151,6 +160,7 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* dialog = pair.openNode(pair.a);
+        QVERIFY(dialog);
         dialog->close();
         dialog->close();
         QVERIFY(!pair.editor.nodeDialog());
@@ -161,7 +171,9 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* link = pair.openLink();
+        QVERIFY(link);
         EditItemWindow* node = pair.openNode(pair.b);
+        QVERIFY(node);
         DiagramItem* c = pair.editor.insertNode(DiagramItem::Endpoint, QPointF(300, 450));
         c->setZValue(-1);
         pair.editor.scene()->renumberNodes();
@@ -176,7 +188,9 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* node = pair.openNode(pair.a);
+        QVERIFY(node);
         EditLineWindow* link = pair.openLink();
+        QVERIFY(link);
         QStringList refreshed;
         connect(node, &EditItemWindow::updateGraphics, this, [&] {
             refreshed.append(node->isVisible() ? QStringLiteral("open") : QStringLiteral("node"));
@@ -193,6 +207,7 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_srcPort", "9");
         clickButton(dialog, "cancelButton");
         QVERIFY(pair.link->srcPort.isNull());
@@ -203,6 +218,7 @@ private slots:
     {
         LinkedPair pair;
         EditLineWindow* dialog = pair.openLink();
+        QVERIFY(dialog);
         typeText(dialog, "lineEdit_vLineName", "first");
         lineEdit(dialog, "lineEdit_bandWidth")->setFocus();
         clickButton(dialog, "confirmButton");
@@ -217,10 +233,12 @@ private slots:
     {
         LinkedPair pair;
         EditItemWindow* node = pair.openNode(pair.b);
+        QVERIFY(node);
         QCOMPARE(node->objectName(), QStringLiteral("editItemWindow"));
         QCOMPARE(node->windowTitle(), QStringLiteral(u"节点编辑"));
         QCOMPARE(node->size(), QSize(363, 369));
         EditLineWindow* link = pair.openLink();
+        QVERIFY(link);
         QCOMPARE(link->windowTitle(), QStringLiteral(u"链路编辑"));
         QCOMPARE(link->size(), QSize(323, 288));
         for (const QDialog* dialog : {static_cast<QDialog*>(node), static_cast<QDialog*>(link)}) {
@@ -237,7 +255,9 @@ private slots:
     void openLinkDialogDoesNotKeepTheApplicationAlive()
     {
         LinkedPair pair;
-        QVERIFY(!pair.openLink()->testAttribute(Qt::WA_QuitOnClose));
+        const EditLineWindow* dialog = pair.openLink();
+        QVERIFY(dialog);
+        QVERIFY(!dialog->testAttribute(Qt::WA_QuitOnClose));
     }
 };
 

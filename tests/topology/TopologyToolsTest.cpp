@@ -1,5 +1,6 @@
+#include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/topology/Editor.h"
+#include "tests/topology/SpokenItems.h"
 
 #include <QButtonGroup>
 #include <QComboBox>

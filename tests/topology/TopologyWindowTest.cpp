@@ -1,8 +1,8 @@
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
 
+#include "tests/driver/Editor.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/topology/Editor.h"
 
 #include <QButtonGroup>
 #include <QComboBox>

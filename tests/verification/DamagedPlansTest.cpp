@@ -3,6 +3,7 @@
 #include "verification/ScheduleDocument.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/Failure.h"
 #include "tests/support/RandomSource.h"
 
 #include <QDir>
@@ -49,7 +50,7 @@ void checkPieces(const QByteArray& output, const tinyxml2::XMLDocument& tree,
         byPieces.schedule.transmissions.size() != plan.schedule.transmissions.size() ||
         byPieces.schedule.cycle_us != plan.schedule.cycle_us ||
         !std::equal(byPieces.damage.rbegin(), byPieces.damage.rend(), plan.damage.rbegin()))
-        qFatal("pieces and tree differ: %s", output.constData());
+        failTest("pieces and tree differ: " + output);
 }
 
 /// Examines a plan in every way there is; the findings of a repetition must be the same.
@@ -65,7 +66,7 @@ Verification examine(const QByteArray& input, const QByteArray& output)
     figuresOf(plan);
     if (!std::is_sorted(verification.findings.begin(), verification.findings.end()) ||
         !(verifyPlan(plan).findings == verification.findings))
-        qFatal("the findings have no fixed order");
+        failTest("the findings have no fixed order");
     for (const Finding& finding : verification.findings)
         describe(finding);
     return verification;

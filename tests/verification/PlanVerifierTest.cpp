@@ -2,6 +2,7 @@
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/verification/SpokenFindings.h"
 
 #include <QDir>
 #include <QtTest>
@@ -122,8 +123,8 @@ void PlanVerifierTest::findingCarriesTheNumbersThatDisagree()
     const Verification verification = verifyCase(QStringLiteral("slot-shared-on-a-port"));
     QVERIFY(!verification.sound());
     const Finding& finding = verification.findings.front();
-    QVERIFY(finding.kind == Kind::SharedSlot);
-    QVERIFY(finding.severity == Severity::Fault);
+    QCOMPARE(finding.kind, Kind::SharedSlot);
+    QCOMPARE(finding.severity, Severity::Fault);
     QCOMPARE(finding.node, 1);
     QCOMPARE(finding.port, 1);
     QCOMPARE(finding.slot, qint64(0));
@@ -140,8 +141,8 @@ void PlanVerifierTest::faultsStandBeforeRemarks()
     const std::vector<Finding>& findings = verification.findings;
     QVERIFY(std::is_sorted(findings.begin(), findings.end()));
     QCOMPARE(verification.faults(), size_t(3));
-    QVERIFY(findings.front().severity == Severity::Fault);
-    QVERIFY(findings.back().severity == Severity::Remark);
+    QCOMPARE(findings.front().severity, Severity::Fault);
+    QCOMPARE(findings.back().severity, Severity::Remark);
 }
 
 void PlanVerifierTest::longListsOfTransmissionsAreCutInTheLineOnly()

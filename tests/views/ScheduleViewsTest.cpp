@@ -5,6 +5,7 @@
 #include "views/PlanInfoWindow.h"
 #include "views/TimeSlotInfo.h"
 
+#include "tests/support/Failure.h"
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/HeapUse.h"
 #include "tests/support/ToolTips.h"
@@ -89,7 +90,7 @@ struct ShownGrid {
         table.showPorts(ports, slotCount);
         table.show();
         if (!QTest::qWaitForWindowExposed(&table))
-            qFatal("the grid is not shown");
+            failTest("the grid is not shown");
     }
     ~ShownGrid() { QToolTip::hideText(); }
 

@@ -14,8 +14,10 @@
 #include "traffic/VLineEditorForm.h"
 #include "traffic/VLineNodeSelectForm.h"
 
-#include "tests/app/Studio.h"
+#include "tests/driver/OpenForms.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/DialogClicks.h"
+#include "tests/support/Text.h"
 #include "tests/support/ViewMenus.h"
 #include "tools/tour/DialogPictures.h"
 
@@ -39,40 +41,23 @@
 static constexpr int lookInterval_ms = 100;
 static constexpr int mostLooksAtOneStage = 600;
 
-/// The visible top-level window of a class; null when there is none.
-template <typename Window>
-static Window* visibleWindow()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* window = qobject_cast<Window*>(widget);
-        if (window && window->isVisible())
-            return window;
-    }
-    return nullptr;
-}
-
 template <typename Window>
 static bool isShown()
 {
-    return visibleWindow<Window>() != nullptr;
+    return openForm<Window>() != nullptr;
 }
 
 /// Whether windows were found and can be adopted.
 static bool isSolved()
 {
-    auto* form = visibleWindow<SynthesisForm>();
+    auto* form = openForm<SynthesisForm>();
     return form && form->findChild<QPushButton*>(QStringLiteral("adoptButton"))->isEnabled();
-}
-
-static QStringList pathOf(const char* names)
-{
-    return QString::fromUtf8(names).split(QLatin1Char(' '));
 }
 
 template <typename Window>
 static void clickButton(const char* name)
 {
-    auto* window = visibleWindow<Window>();
+    auto* window = openForm<Window>();
     QTest::mouseClick(window->template findChild<QPushButton*>(QString::fromUtf8(name)),
                       Qt::LeftButton);
 }
@@ -84,8 +69,7 @@ static QString drawnProject()
 
 static void chooseFile(const QString& path)
 {
-    auto* edit =
-        visibleWindow<QFileDialog>()->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    auto* edit = openForm<QFileDialog>()->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     edit->setText(path);
     QTest::keyClick(edit, Qt::Key_Enter);
 }
@@ -107,9 +91,9 @@ Tour::Tour(const QString& examples, const QString& pictures, QObject* parent)
     addExampleStages(QStringLiteral("succeeds-not-sound"));
     addPlanCheckStages();
     addFailingExampleStages(
-        {QStringLiteral("fails-window-check"), "1", pathOf("4000 5000"), pathOf("0 4600")});
+        {QStringLiteral("fails-window-check"), "1", words("4000 5000"), words("0 4600")});
     addFailingExampleStages(
-        {QStringLiteral("fails-resolution"), "2", pathOf("0 200"), pathOf("200 600")});
+        {QStringLiteral("fails-resolution"), "2", words("0 200"), words("200 600")});
     addSolvingStages(QStringLiteral("busy-plant"));
     m_stages.push_back({QStringLiteral("end"), [] { return !isShown<QMessageBox>(); },
                         [this] { m_studio->window.close(); }});
@@ -122,7 +106,7 @@ Tour::~Tour() = default;
 void Tour::addStartStages()
 {
     m_stages.push_back({QStringLiteral("main-window"), &isShown<MainWindow>, [this] {
-                            m_studio = std::make_unique<Studio>(*visibleWindow<MainWindow>());
+                            m_studio = std::make_unique<Studio>(*openForm<MainWindow>());
                             m_studio->window.resize(1280, 800);
                         }});
 }
@@ -160,8 +144,8 @@ void Tour::addDrawingStages()
              clickButton<VLineNodeSelectForm>("cancelButton");
              clickButton<AddVLineForm>("cancelButton");
              clickButton<VLineEditorForm>("cancelButton");
-             m_studio->defineVLine("1", {pathOf("A S1 S2 B"), pathOf("A S1 S2 C")});
-             m_studio->defineVLine("2", {pathOf("C S2 B")});
+             m_studio->defineVLine("1", {words("A S1 S2 B"), words("A S1 S2 C")});
+             m_studio->defineVLine("2", {words("C S2 B")});
          }});
     m_stages.push_back({QStringLiteral("virtual-links"),
                         [this] { return m_studio->probe.vLineInfoList().size() == 2; },
@@ -169,11 +153,11 @@ void Tour::addDrawingStages()
     m_stages.push_back({QStringLiteral("flow-dialogs"), &isShown<AddDstNodeForm>, [this] {
                             clickButton<AddDstNodeForm>("cancelButton");
                             clickButton<FlowEditorForm>("cancelButton");
-                            const QList<QStringList> both{pathOf("400 4000"), pathOf("600 4000")};
-                            m_studio->defineFlow("TT", "1", "5000", "1", pathOf("0 2000"), both);
-                            m_studio->defineFlow("TT", "2", "10000", "1", pathOf("0 2000"), both);
-                            m_studio->defineFlow("TT", "3", "10000", "2", pathOf("0 1000"),
-                                                 {pathOf("200 3000")});
+                            const QList<QStringList> both{words("400 4000"), words("600 4000")};
+                            m_studio->defineFlow("TT", "1", "5000", "1", words("0 2000"), both);
+                            m_studio->defineFlow("TT", "2", "10000", "1", words("0 2000"), both);
+                            m_studio->defineFlow("TT", "3", "10000", "2", words("0 1000"),
+                                                 {words("200 3000")});
                         }});
 }
 
@@ -182,7 +166,7 @@ void Tour::openVirtualLinkDialogs()
 {
     VLineEditorForm* form = m_studio->openVLineEditor();
     typeText(form, "lineEdit_VLineId", "1");
-    m_studio->addPath(form, pathOf("A S1 S2 B"));
+    m_studio->addPath(form, words("A S1 S2 B"));
     AddVLineForm* path = m_studio->openPath(form);
     for (const char* name : {"S1", "S2", "C"}) {
         VLineNodeSelectForm* choice = m_studio->openNodeChoice(path);
@@ -203,7 +187,7 @@ void Tour::openFlowDialogs()
     typeText(form, "lineEdit_sendWindowHigh", "2000");
     comboBox(form, "comboBox_dstNode")->setCurrentIndex(1);
     clickButton(form, "addDstButton");
-    auto* listener = visibleWindow<AddDstNodeForm>();
+    auto* listener = openForm<AddDstNodeForm>();
     typeText(listener, "lineEdit_rcvWindowLow", "600");
     typeText(listener, "lineEdit_rcvWindowHigh", "4000");
 }
@@ -302,12 +286,12 @@ void Tour::addPlanCheckStages()
                             goToFirstFinding();
                         }});
     m_stages.push_back({QStringLiteral("plan-check-place"), [] { return true; },
-                        [] { visibleWindow<PlanCheckForm>()->close(); }});
+                        [] { openForm<PlanCheckForm>()->close(); }});
 }
 
 void Tour::openPlanCheckPage(int index)
 {
-    auto* bar = visibleWindow<PlanCheckForm>()->findChild<QTabBar*>();
+    auto* bar = openForm<PlanCheckForm>()->findChild<QTabBar*>();
     QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(index).center());
 }
 
@@ -315,7 +299,7 @@ void Tour::openPlanCheckPage(int index)
 void Tour::goToFirstFinding()
 {
     auto* findings =
-        visibleWindow<PlanCheckForm>()->findChild<QTableView*>(QStringLiteral("findingTable"));
+        openForm<PlanCheckForm>()->findChild<QTableView*>(QStringLiteral("findingTable"));
     QTest::keyClick(findings, Qt::Key_Return);
 }
 
@@ -460,7 +444,7 @@ void Tour::showTable(const QString& table)
 void Tour::addOutcomeStage(const QString& name)
 {
     m_stages.push_back({name, &isShown<QMessageBox>, [] {
-                            auto* box = visibleWindow<QMessageBox>();
+                            auto* box = openForm<QMessageBox>();
                             qInfo().noquote() << "tour:" << box->windowTitle() << box->text();
                             QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
                         }});

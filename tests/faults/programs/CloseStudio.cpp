@@ -2,7 +2,7 @@
 #include "traffic/VLineEditorForm.h"
 
 #include "tests/app/PlannedStudio.h"
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 #include "tests/support/Text.h"
 #include "tests/support/ViewMenus.h"
 

@@ -1,6 +1,7 @@
 #include "tests/planner/twin/ScheduleCauses.h"
 
 #include "tests/planner/twin/ScheduleRows.h"
+#include "tests/support/Failure.h"
 
 #include <map>
 
@@ -38,9 +39,13 @@ public:
           m_schedule(readSchedule(documents.schedule)),
           m_final(readWindows(documents.finalWindows))
     {
-        if (m_windows.size() != m_schedule.size() || m_windows.size() != m_final.size())
-            qFatal("the documents hold %zu, %zu and %zu instances", m_windows.size(),
-                   m_schedule.size(), m_final.size());
+        if (m_windows.size() != m_schedule.size() || m_windows.size() != m_final.size()) {
+            failTest("the documents hold " + QByteArray::number(qulonglong(m_windows.size())) +
+                     ", " + QByteArray::number(qulonglong(m_schedule.size())) + " and " +
+                     QByteArray::number(qulonglong(m_final.size())) + " instances");
+            m_windows.clear();
+            m_schedule.clear();
+        }
         for (const CheckedInstance& instance : m_windows)
             ++m_copies[instance.number()];
     }

@@ -52,7 +52,9 @@ struct ScheduleDocuments {
     QByteArray finalWindows; ///< in the form of vek_hs.xml, the windows from which slots were taken
 };
 
-/// Says which step of the planning led to each oddity; a document that does not load is qFatal.
+/// Says which step of the planning led to each oddity.
+///
+/// Documents that do not load, or do not belong together, have none and make the test fail.
 ///
 /// Whether a plan is sound is for its two documents to tell; here the windows of the run tell why
 /// not, so that an oddity that no step explains is a fault of the engine.

@@ -1,6 +1,7 @@
 #include "tests/planner/twin/ScheduleCauses.h"
 #include "tests/planner/twin/NetworkDraft.h"
 #include "tests/planner/twin/RunRecord.h"
+#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
@@ -68,7 +69,7 @@ ScheduleDocuments plan(const NetworkDraft& draft)
     const RunRecord product = runProduct(network);
     const RunRecord twin = runTwin(network);
     if (!product.succeeded() || !firstDifference(product, twin).isEmpty())
-        qFatal("the plan of this test fails");
+        failTest("the plan of this test fails");
     return {product.windows, product.schedule, twin.finalWindows};
 }
 
@@ -84,7 +85,7 @@ int count(const std::vector<ScheduleFinding>& findings, ScheduleFinding::Kind ki
 ScheduleDocuments withText(ScheduleDocuments documents, const char* before, const char* after)
 {
     if (!documents.schedule.contains(before))
-        qFatal("the schedule has no %s", before);
+        failTest(QByteArray("the schedule has no ") + before);
     documents.schedule.replace(before, after);
     return documents;
 }

@@ -1,5 +1,7 @@
 #include "tests/planner/twin/ScheduleRows.h"
 
+#include "tests/support/Failure.h"
+
 #include <tinyxml2.h>
 
 #include <QString>
@@ -29,7 +31,7 @@ CheckedWindow window(const XMLElement* parent)
     long long end = 0;
     const char* text = parent->FirstChildElement("schedtxwin")->GetText();
     if (std::sscanf(text, "[%lld,%lld]", &start, &end) != 2)
-        qFatal("no window: %s", text);
+        failTest(QByteArray("no window: ") + text);
     return {start, end};
 }
 
@@ -54,8 +56,10 @@ std::vector<CheckedInstance> readInstances(const QByteArray& bytes, Read read)
 {
     tinyxml2::XMLDocument document;
     if (document.Parse(bytes.constData(), static_cast<size_t>(bytes.size())) !=
-        tinyxml2::XML_SUCCESS)
-        qFatal("the checker was given a document that does not load");
+        tinyxml2::XML_SUCCESS) {
+        failTest("the checker was given a document that does not load");
+        return {};
+    }
     std::vector<CheckedInstance> instances;
     const XMLElement* flows = document.FirstChildElement()->FirstChildElement("flows");
     forEach(flows, "flow", [&](const XMLElement* flow) {

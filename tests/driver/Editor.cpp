@@ -1,7 +1,9 @@
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
 
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
+
+#include "tests/support/Failure.h"
 
 #include <QButtonGroup>
 #include <QContextMenuEvent>
@@ -75,7 +77,7 @@ void Editor::activate()
     QCoreApplication::processEvents();
     window.activateWindow();
     if (!QTest::qWaitFor([this] { return QApplication::activeWindow() == window.window(); }))
-        qFatal("the window does not become active");
+        failTest("the window does not become active");
 }
 
 void Editor::key(Qt::Key key, Qt::KeyboardModifiers modifiers)

@@ -1,4 +1,4 @@
-#include "tests/app/Studio.h"
+#include "tests/driver/Studio.h"
 
 #include "topology/EditItemWindow.h"
 #include "topology/EditLineWindow.h"
@@ -10,6 +10,7 @@
 
 #include "tests/support/DialogAnswers.h"
 #include "tests/support/DialogClicks.h"
+#include "tests/support/Failure.h"
 
 #include <QDockWidget>
 #include <QMenuBar>
@@ -24,7 +25,7 @@ Studio::Studio()
     window.resize(1200, 900);
     window.show();
     if (!QTest::qWaitForWindowExposed(&window))
-        qFatal("the window is not shown");
+        failTest("the window is not shown");
     editor.view()->centerOn(400, 300);
 }
 
@@ -45,8 +46,10 @@ void Studio::clickFileMenu(const QString& text)
     QAction* file = bar->actions().first();
     QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->actionGeometry(file).center());
     QMenu* menu = file->menu();
-    if (!QTest::qWaitForWindowExposed(menu))
-        qFatal("the file menu does not open");
+    if (!QTest::qWaitForWindowExposed(menu)) {
+        failTest("the file menu does not open");
+        return;
+    }
     for (QAction* action : menu->actions()) {
         if (action->text() != text)
             continue;
@@ -54,7 +57,7 @@ void Studio::clickFileMenu(const QString& text)
                           menu->actionGeometry(action).center());
         return;
     }
-    qFatal("the file menu has no such entry");
+    failTest("the file menu has no such entry");
 }
 
 void Studio::openProject(const QString& path)
@@ -63,7 +66,7 @@ void Studio::openProject(const QString& path)
     answers.expectFile(path);
     clickFileMenu(QStringLiteral(u"打开工程"));
     if (!answers.allAnswered())
-        qFatal("the project was not asked for");
+        failTest("the project was not asked for");
 }
 
 void Studio::saveProject(const QString& path)
@@ -72,7 +75,7 @@ void Studio::saveProject(const QString& path)
     answers.expectFile(path);
     clickFileMenu(QStringLiteral(u"保存工程"));
     if (!answers.allAnswered())
-        qFatal("the project's name was not asked for");
+        failTest("the project's name was not asked for");
 }
 
 DiagramItem* Studio::drawNode(DiagramItem::DiagramType type, const QPointF& center,
@@ -150,24 +153,38 @@ FlowEditorForm* Studio::openFlowEditor()
     return probe.flowEditorForm();
 }
 
+/// The form that another one has opened last; null, and the test fails, without one.
+template <typename Form>
+static Form* newestPart(const QDialog* opener)
+{
+    const QList<Form*> forms = opener ? opener->findChildren<Form*>() : QList<Form*>();
+    if (forms.isEmpty())
+        failTest("the form does not open");
+    return forms.isEmpty() ? nullptr : forms.last();
+}
+
 AddVLineForm* Studio::openPath(VLineEditorForm* form)
 {
     clickButton(form, "addVLineButton");
-    return form->findChildren<AddVLineForm*>().last();
+    return newestPart<AddVLineForm>(form);
 }
 
 VLineNodeSelectForm* Studio::openNodeChoice(AddVLineForm* form)
 {
     clickButton(form, "addNodeButton");
-    return form->findChildren<VLineNodeSelectForm*>().last();
+    return newestPart<VLineNodeSelectForm>(form);
 }
 
 void Studio::addPath(VLineEditorForm* form, const QStringList& names)
 {
     AddVLineForm* path = openPath(form);
+    if (!path)
+        return;
     const QString start = lineEdit(path, "lineEdit_vLineInfo")->text();
     for (int i = start == QStringLiteral("{}") ? 0 : 1; i < names.size(); ++i) {
         VLineNodeSelectForm* choice = openNodeChoice(path);
+        if (!choice)
+            return;
         comboBox(choice, "comboBox_vLineNode")->setCurrentText(names.at(i));
         clickButton(choice, "confirmButton");
     }
@@ -186,7 +203,7 @@ void Studio::defineVLine(const char* id, const QList<QStringList>& paths)
 void Studio::fillReceiveWindow(FlowEditorForm* form, const QStringList& rcvWindow)
 {
     clickButton(form, "addDstButton");
-    auto* listener = form->findChildren<AddDstNodeForm*>().last();
+    auto* listener = newestPart<AddDstNodeForm>(form);
     typeText(listener, "lineEdit_rcvWindowLow", rcvWindow.at(0));
     typeText(listener, "lineEdit_rcvWindowHigh", rcvWindow.at(1));
     clickButton(listener, "confirmButton");
@@ -196,6 +213,10 @@ void Studio::defineFlow(const char* type, const char* id, const char* period, co
                         const QStringList& sendWindow, const QList<QStringList>& rcvWindows)
 {
     FlowEditorForm* form = openFlowEditor();
+    if (!form) {
+        failTest("the form of a flow does not open");
+        return;
+    }
     comboBox(form, "comboBox_flowType")->setCurrentText(QString::fromUtf8(type));
     comboBox(form, "comboBox_vLineId")->setCurrentText(QString::fromUtf8(vLineId));
     typeText(form, "lineEdit_flowId", id);

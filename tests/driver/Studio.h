@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/app/MainWindowProbe.h"
-#include "tests/topology/Editor.h"
+#include "tests/driver/Editor.h"
+#include "tests/driver/MainWindowProbe.h"
 
 #include <memory>
 

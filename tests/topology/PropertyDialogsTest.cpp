@@ -149,6 +149,8 @@ private slots:
         LinkedPair pair;
         QDialog* const dialogs[] = {pair.openNode(pair.b), pair.openLink()};
         for (QDialog* dialog : dialogs) {
+            if (!dialog)
+                QFAIL("the dialog does not open");
             QSet<int> lefts;
             for (const QLineEdit* edit : dialog->findChildren<QLineEdit*>())
                 lefts.insert(edit->mapTo(dialog, QPoint()).x());

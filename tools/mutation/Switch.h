@@ -31,8 +31,8 @@ inline void readEnvironment()
         return;
     const int file = open(path, O_RDWR);
     const off_t size = lseek(file, 0, SEEK_END);
-    void* bytes = mmap(nullptr, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED,
-                       file, 0);
+    void* bytes =
+        mmap(nullptr, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     close(file);
     if (bytes != MAP_FAILED)
         reached = static_cast<unsigned char*>(bytes);

@@ -150,6 +150,29 @@ private slots:
         QCOMPARE(piecesOf(document()), -1);
     }
 
+    // A piece that lacked something would only send the reader back to the whole.
+    void eachPieceIsADocumentOfItsOwn()
+    {
+        const QByteArray written = longDocument();
+        const QByteArray head = written.left(written.indexOf("            <Instance>\n"));
+        const QByteArray end = "        </flow>\n    </flows>\n</vek_hs>\n";
+        WrittenPieces pieces(hsFile());
+        std::vector<QByteArray> documents;
+        while (pieces.next())
+            documents.push_back(pieces.document());
+        QVERIFY(pieces.isComplete());
+        QVERIFY(!pieces.next());
+        QStringList instances;
+        for (const QByteArray& piece : documents) {
+            QVERIFY(piece.startsWith(head));
+            QVERIFY(piece.endsWith(end));
+            QVERIFY(piece.size() < written.size() / 2);
+            instances += readingOf(piece).filter(QStringLiteral("  flowID:"));
+        }
+        QCOMPARE(instances, readingOf(written).filter(QStringLiteral("  flowID:")));
+        QCOMPARE(instances.size(), 300);
+    }
+
     // Whatever is wrong with a document, and wherever: the outcome is that of reading it as a
     // whole.
     void damageIsMetAsInTheWhole()

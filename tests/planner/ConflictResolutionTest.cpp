@@ -195,6 +195,10 @@ private slots:
             const Outcome outcome = resolve(asSwitch, windows, 5);
             QCOMPARE(outcome.code, code::refused);
             QCOMPARE(outcome.log.last(), QStringLiteral("冲突窗口: [ 5 , 5 ]"));
+            // Nor does it tell of a window that is left where the table ends with its start.
+            const Outcome reversed = resolve(asSwitch, {window(5, 2), window(5, 2)}, 5);
+            QCOMPARE(reversed.code, code::refused);
+            QCOMPARE(reversed.log.last(), QStringLiteral("冲突窗口: [ 5 , 2 ]"));
         }
     }
 
@@ -291,6 +295,14 @@ private slots:
                 resolve(asSwitch, {window(last, 5), window(last, 5), window(last, 5)}, last);
             QCOMPARE(outcome.code, code::ok);
             QCOMPARE(outcome.slotsGiven, (Slots{last, least, least}));
+        }
+        // So does giving way, one slot for each of the three.
+        const SlotWindow tighter = window(last - 1, last - 1);
+        for (const bool asSwitch : {false, true}) {
+            const Outcome outcome =
+                resolve(asSwitch, {window(last - 1, last), tighter, tighter, tighter}, last);
+            QCOMPARE(outcome.slotsGiven.value(0), least + 1);
+            QCOMPARE(outcome.code, code::refused); // the three have one slot
         }
         // One slot earlier the search meets the largest slot, which lies behind the window.
         const Outcome outcome =

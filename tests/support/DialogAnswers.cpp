@@ -80,7 +80,11 @@ bool DialogAnswers::answerFileDialog(QWidget* window)
         return true;
     }
     edit->setText(answer.path);
+    const auto enter = [edit] { QTest::keyClick(edit, Qt::Key_Enter); };
     // Not within the timer's own event, so that it sees a box that asks about the file.
-    QTimer::singleShot(0, edit, [edit] { QTest::keyClick(edit, Qt::Key_Enter); });
+    if (dialog->acceptMode() == QFileDialog::AcceptSave)
+        QTimer::singleShot(0, edit, enter);
+    else
+        enter();
     return true;
 }

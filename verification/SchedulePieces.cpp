@@ -50,9 +50,11 @@ bool SchedulePieces::parseFrame(const QByteArray& frame)
     return error == tinyxml2::XML_SUCCESS && root && root->FirstChildElement("flows");
 }
 
+// An end with a blank ahead of its bracket is left to the tree: the piece would go on to the next
+// end, and the XML library takes what stands behind the first one for nothing.
 bool SchedulePieces::takeFlow(const char*& place)
 {
-    static const char instanceEnd[] = "</Instance>";
+    static const char instanceEnd[] = "</Instance";
     while (!skipText(place, "</flow>")) {
         const char* begin = place;
         if (!skipText(place, "<Instance>"))
@@ -61,6 +63,9 @@ bool SchedulePieces::takeFlow(const char*& place)
         if (end < 0)
             return false;
         place = m_bytes.constData() + end + std::strlen(instanceEnd);
+        if (*place != '>')
+            return false;
+        ++place;
         m_instances.push_back({begin, static_cast<size_t>(place - begin)});
     }
     return true;

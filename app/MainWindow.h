@@ -163,7 +163,8 @@ private:
     int refuseRun();
     int runInHeldFolder(bool hasInput);
     int runStages(bool hasInput);
-    int runSecondStage();
+    int runFirstStage(planner::PlanningContext& context, bool hasInput);
+    int runSecondStage(bool windowsAreCut);
     void loadSchedule();
     void checkPlan();
     void markCheckedNodes(QListWidget* nodes);

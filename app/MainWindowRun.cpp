@@ -126,39 +126,47 @@ int MainWindow::runInHeldFolder(bool hasInput)
     return result;
 }
 
-// The first stage plans an empty network, with success, where there is no document. That is not
-// what the user asked for whose document could not be brought there.
 int MainWindow::runStages(bool hasInput)
 {
     delHsXml();
     delOutputXml();
     showStatus(QStringLiteral(u"调度算法预处理中..."));
     planner::PlanningContext context;
-    const StageOutcome prepared =
-        outcomeOfPreProcess(hasInput ? firstStage(context) : qint32(planner::code::folderMissing));
+    const StageOutcome prepared = outcomeOfPreProcess(runFirstStage(context, hasInput));
     showStatus(QStringLiteral(u"调度算法预处理完毕"));
     if (prepared.box != StageOutcome::None) {
         showBox(prepared);
         return prepared.result;
     }
     showStatus(QStringLiteral(u"调度算法规划中..."));
-    const StageOutcome planned =
-        outcomeOfPlanning(context.isCut ? qint32(planner::code::unreadable) : runSecondStage());
+    const StageOutcome planned = outcomeOfPlanning(runSecondStage(context.isCut));
     showStatus(QStringLiteral(u"调度算法规划完毕"));
     showBox(planned);
     return planned.result;
 }
 
+// The first stage plans an empty network, with success, where there is no document. That is not
+// what the user asked for whose document could not be brought there.
+int MainWindow::runFirstStage(planner::PlanningContext& context, bool hasInput)
+{
+    const qint32 result = firstStage(context);
+    return result == planner::code::ok && !hasInput ? qint32(planner::code::folderMissing) : result;
+}
+
 // Success would show another run's schedule where a document of an earlier one can be neither
 // removed nor written, and none where the disk filled up.
-int MainWindow::runSecondStage()
+int MainWindow::runSecondStage(bool windowsAreCut)
 {
     if (isStuckOutput(QStringLiteral("vek_hs.xml")))
         return planner::code::unreadable;
     planner::TTPlanner planner;
     const qint32 result = secondStage(planner);
-    const bool isLost = planner.isCut || isStuckOutput(QStringLiteral("vek_output.xml"));
-    return result == planner::code::ok && isLost ? qint32(planner::code::unreadable) : result;
+    const bool isLost =
+        windowsAreCut || planner.isCut || isStuckOutput(QStringLiteral("vek_output.xml"));
+    if (result != planner::code::ok || !isLost)
+        return result;
+    delOutputXml(); // nobody shall take it for a plan
+    return planner::code::unreadable;
 }
 
 void MainWindow::delHsXml()

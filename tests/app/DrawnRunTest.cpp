@@ -5,8 +5,7 @@
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LoggedFolder.h"
 #include "tests/support/Text.h"
 
 #include <QTableWidget>
@@ -40,17 +39,9 @@ class DrawnRunTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_folder = std::make_unique<TemporaryFolder>();
-        m_log = std::make_unique<LogCapture>();
-    }
+    void init() { m_place = std::make_unique<LoggedFolder>(); }
 
-    void cleanup()
-    {
-        m_log.reset();
-        m_folder.reset();
-    }
+    void cleanup() { m_place.reset(); }
 
     void wholeRoadFromTheCanvasToTheDocuments()
     {
@@ -243,8 +234,7 @@ private:
         QCOMPARE(readFile(document), readFile(expected));
     }
 
-    std::unique_ptr<TemporaryFolder> m_folder;
-    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<LoggedFolder> m_place;
 };
 
 ROTUNDA_GUI_TEST_MAIN(DrawnRunTest)

@@ -9,8 +9,7 @@
 #include "tests/support/DialogClicks.h"
 #include "tests/support/Documents.h"
 #include "tests/support/GuiTestMain.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/LoggedFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -140,17 +139,9 @@ class ExampleProjectsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_folder = std::make_unique<TemporaryFolder>();
-        m_log = std::make_unique<LogCapture>();
-    }
+    void init() { m_place = std::make_unique<LoggedFolder>(); }
 
-    void cleanup()
-    {
-        m_log.reset();
-        m_folder.reset();
-    }
+    void cleanup() { m_place.reset(); }
 
     void everyExampleHasDocumentAndProject()
     {
@@ -224,8 +215,8 @@ private slots:
     {
         QFETCH(QString, example);
         const QByteArray original = readFile(projectPathOf(example));
-        const QString first = m_folder->path(QStringLiteral("first.rotpro"));
-        const QString second = m_folder->path(QStringLiteral("second.rotpro"));
+        const QString first = m_place->folder.path(QStringLiteral("first.rotpro"));
+        const QString second = m_place->folder.path(QStringLiteral("second.rotpro"));
         Studio studio;
         studio.openProject(projectPathOf(example));
         studio.saveProject(first);
@@ -293,8 +284,7 @@ private:
             QTest::newRow(qPrintable(example)) << example;
     }
 
-    std::unique_ptr<TemporaryFolder> m_folder;
-    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<LoggedFolder> m_place;
 };
 
 ROTUNDA_GUI_TEST_MAIN(ExampleProjectsTest)

@@ -29,7 +29,7 @@ public:
         });
     }
 
-    /// False when a piece does not parse by itself; text is that of the whole document.
+    /// False when a piece may not be what the tree has there; text is that of the whole document.
     bool read(const SchedulePieces& pieces, const char* text)
     {
         readFrame(pieces.frame());
@@ -37,7 +37,8 @@ public:
         for (const SchedulePieces::Piece& instance : pieces.instances()) {
             if (InstanceText(instance.begin).appendTo(m_schedule))
                 continue;
-            if (piece.Parse(instance.begin, instance.length) != tinyxml2::XML_SUCCESS)
+            if (instance.hasLooseBracket() ||
+                piece.Parse(instance.begin, instance.length) != tinyxml2::XML_SUCCESS)
                 return false;
             m_reading.beginPiece(text, instance.begin);
             readInstance(piece.FirstChildElement());

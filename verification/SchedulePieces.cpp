@@ -2,10 +2,21 @@
 
 #include "verification/TextScan.h"
 
+#include <cctype>
 #include <cstring>
 
 namespace verification
 {
+
+bool SchedulePieces::Piece::hasLooseBracket() const
+{
+    const char* const end = begin + length;
+    for (const char* place = begin; place + 1 < end; ++place) {
+        if (*place == '<' && std::isspace(static_cast<unsigned char>(place[1])) != 0)
+            return true;
+    }
+    return false;
+}
 
 SchedulePieces::SchedulePieces(const QByteArray& bytes)
     : m_bytes(bytes),

@@ -29,6 +29,10 @@ public:
     struct Piece {
         const char* begin = nullptr;
         size_t length = 0;
+
+        /// Whether a bracket with a blank behind it stands here: the XML library takes it for a tag
+        /// all the same, so the instance may end earlier than it was found to end.
+        bool hasLooseBracket() const;
     };
     /// Each element "Instance", in document order.
     const std::vector<Piece>& instances() const { return m_instances; }

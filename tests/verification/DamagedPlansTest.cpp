@@ -25,6 +25,7 @@ private slots:
     void disturbedDocumentsAreExamined();
     void cutElementsAreReported();
     void numberOfElevenDigitsIsNone();
+    void endOfAnInstanceWithBlanksHidesNoOther();
 };
 
 namespace
@@ -178,6 +179,20 @@ void DamagedPlansTest::numberOfElevenDigitsIsNone()
     output.insert(number, '0');
     QVERIFY(describe(examine(input, output).findings.front())
                 .contains(QStringLiteral("\"txslotID\" is no number")));
+}
+
+// The XML library knows an end by its bracket, a slash and its name, whatever blanks stand between.
+void DamagedPlansTest::endOfAnInstanceWithBlanksHidesNoOther()
+{
+    const QString whole = caseFolders().filter(QStringLiteral("sound-plan")).first();
+    const QByteArray input = readFile(whole + QStringLiteral("/vek_input.xml"));
+    const QByteArray output = readFile(whole + QStringLiteral("/vek_output.xml"));
+    for (const char* end :
+         {"</Instance >", "</Instance\n>", "< /Instance>", "<\v/Instance>", "<\r\n/Instance\f>"}) {
+        QByteArray changed = output;
+        changed.replace(changed.indexOf("</Instance>"), 11, end);
+        QVERIFY2(examine(input, changed).sound(), end);
+    }
 }
 
 QTEST_GUILESS_MAIN(DamagedPlansTest)

@@ -27,7 +27,7 @@ bool WrittenPieces::next()
         return false;
     }
     const int end = enterFlow() ? endOfPiece() : 0;
-    if (end == 0)
+    if (end == 0 || endsItsRoot(end))
         return false;
     m_document = m_head;
     m_document.append(m_rest.constData(), end).append(documentEnd);
@@ -76,6 +76,12 @@ int WrittenPieces::endOfPiece()
         searched = qMax(0, m_rest.size() - length + 1);
     } while (readOn());
     return 0;
+}
+
+/// The XML library passes over what stands behind the root's end and a further end, in any piece.
+bool WrittenPieces::endsItsRoot(int length) const
+{
+    return QByteArray::fromRawData(m_rest.constData(), length).contains("vek_hs");
 }
 
 // A document ends at a zero byte, and the pieces behind it would not know.

@@ -29,6 +29,7 @@ private:
     bool takeHead();
     bool enterFlow();
     int endOfPiece();
+    bool endsItsRoot(int length) const;
     bool readOn();
 
     QFile m_file;

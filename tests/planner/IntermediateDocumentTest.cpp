@@ -226,6 +226,8 @@ private slots:
             end.simplified() + "<other/>" + begin,
             end.simplified() + begin,
             end + begin,
+            end + "</other>\n",
+            "        </flow>\n    </flows>\n<\v/vek_hs ></other>\n",
             "        </flow>\n    </flows>\n    <flows>\n        <flow>\n"};
         for (const QByteArray& insertion : insertions) {
             const QByteArray odd = QByteArray(written).insert(place, insertion);

@@ -160,8 +160,6 @@ private:
     /// rule A then moves it to the next free one.
     bool passAtOnce(LaterWindows& later)
     {
-        if (!m_table.holds(m_slot))
-            return false;
         WindowBox movers = ruleB();
         movers.firstStart = m_table.lastFreeBefore(m_window.start) + 1;
         WindowBox full = movers;
@@ -193,7 +191,7 @@ private:
             return giveWayOneByOne(windows);
         // The slots on the way are all free ones up to the target.
         const qint64 outside = m_table.freeSlotAfter(std::max(m_window.end, m_slot), 1);
-        const qint64 lastMet = m_isSwitch ? std::min<qint64>(target, m_table.lastSlot()) : target;
+        const qint64 lastMet = std::min<qint64>(target, m_table.lastSlot());
         if (outside <= lastMet || (!m_isSwitch && target > m_table.lastSlot()))
             return fail(exits().equalStarts);
         m_slot = static_cast<qint32>(target);
@@ -221,7 +219,7 @@ private:
         if (hasPassed(later.start, claimed, later.end))
             return fail(exits().laterIsFull);
         qCDebug(planningLog) << "temptxslot" << claimed;
-        if (m_slot == claimed && m_table.holds(claimed))
+        if (m_slot == claimed)
             m_slot = m_table.firstFreeFrom(addSlots(m_slot, 1));
         // Beyond the table no slot would ever be found, so this is a failure too. A switch is
         // measured against the later window, a talker against its own.
@@ -236,7 +234,7 @@ private:
     {
         constexpr qint32 largest = std::numeric_limits<qint32>::max();
         const bool cameToLargest = to < from && from != largest;
-        return from != to && (cameToLargest ? largest : to) > bound;
+        return (cameToLargest ? largest : to) > bound;
     }
 
     const PortView& m_port;

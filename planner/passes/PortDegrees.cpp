@@ -14,8 +14,6 @@ PortDegrees::PortDegrees(quint32 ports)
         m_winners[ports + port.value()] = port;
         touch(port);
     }
-    for (std::size_t match = ports; match-- > 1;)
-        playMatch(match);
 }
 
 void PortDegrees::touch(PortIndex port)

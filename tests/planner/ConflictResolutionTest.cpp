@@ -10,6 +10,7 @@
 #include <QLoggingCategory>
 #include <QtTest>
 
+#include <algorithm>
 #include <limits>
 
 using namespace planner;
@@ -123,19 +124,22 @@ private slots:
     // Without anybody who reads the log, windows that are only passed are passed at once.
     void slotsAreTheSameWithAndWithoutTheLog()
     {
+        constexpr qint32 largest = std::numeric_limits<qint32>::max();
         RandomSource random(41);
         int plans = 0;
         for (int round = 0; round < 20000; ++round) {
             Windows windows;
             const int starts = random.pick({1, 3, 12});
+            const qint32 first = random.pick({0, 0, -6, largest - 20});
             for (int count = random.between(2, 14); count > 0; --count) {
-                const int start = random.below(starts);
-                windows.push_back(window(start, start + random.between(-1, 16)));
+                const qint64 start = qint64(first) + random.below(starts);
+                const qint64 end = std::min<qint64>(start + random.between(-1, 16), largest);
+                windows.push_back(window(static_cast<qint32>(start), static_cast<qint32>(end)));
             }
+            const qint32 lastSlot = std::max(first, 0) + random.pick({12, 20});
             const bool asSwitch = random.chance(50);
-            TTPlanner planner = grouped([&] {
-                return plannerWithPort(asSwitch, windows, random.pick({12, 40}));
-            });
+            TTPlanner planner =
+                grouped([&] { return plannerWithPort(asSwitch, windows, lastSlot); });
             PortCopies copies(planner.nodeList, 1, 1);
             const PortSlots silent = [&] {
                 const SilentLog quiet;
@@ -303,6 +307,13 @@ private slots:
                 resolve(asSwitch, {window(last - 1, last), tighter, tighter, tighter}, last);
             QCOMPARE(outcome.slotsGiven.value(0), least + 1);
             QCOMPARE(outcome.code, code::refused); // the three have one slot
+        }
+        // Ahead of the largest slot it ends where the table does, but for a switch.
+        for (const bool asSwitch : {false, true}) {
+            const Outcome outcome =
+                resolve(asSwitch, {window(last - 1, last), tighter, tighter}, last - 3);
+            QCOMPARE(outcome.code, asSwitch ? code::ok : code::refused);
+            QCOMPARE(outcome.exitNumber, asSwitch ? 0 : 486);
         }
         // One slot earlier the search meets the largest slot, which lies behind the window.
         const Outcome outcome =

@@ -1,6 +1,7 @@
 #include "bench/planner/BenchNetwork.h"
 
 #include "tests/support/RandomSource.h"
+#include "tests/support/Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -160,11 +161,6 @@ private:
         return listeners;
     }
 
-    static QString window(int firstSlot, int lastSlot)
-    {
-        return QStringLiteral("[%1,%2]").arg(firstSlot * slot_us).arg((lastSlot + 1) * slot_us);
-    }
-
     void setWindows(DraftFlow& flow, int host, int number) const
     {
         int first = host * stretch();
@@ -183,9 +179,9 @@ private:
             lastSend = 2 * m_case.flowsPerHost - number;
             last = periodInSlots() - 1;
         }
-        flow.txwin = window(first, lastSend);
+        flow.txwin = windowText(first, lastSend);
         for (DraftListener& listener : flow.listeners)
-            listener.rxwin = window(first, last);
+            listener.rxwin = windowText(first, last);
     }
 
     void addFlow(int host, int number)

@@ -5,15 +5,11 @@
 
 #include "tests/planner/twin/FirstStage.h"
 #include "tests/planner/twin/SecondStage.h"
+#include "tests/support/Text.h"
 
 #include <tinyxml2.h>
 
 using namespace planner;
-
-static QString u(const char* text)
-{
-    return QString::fromLatin1(text);
-}
 
 static QString nameOf(StagePart part)
 {

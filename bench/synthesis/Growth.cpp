@@ -7,6 +7,7 @@
 #include "planner/TTPlanning.h"
 
 #include "tests/support/Documents.h"
+#include "tests/support/Text.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
 
@@ -24,11 +25,6 @@ namespace
 {
 
 constexpr int longest_s = 600;
-
-QString u(const char* text)
-{
-    return QString::fromLatin1(text);
-}
 
 /// A ring with local traffic, so that a port is loaded alike however many flows there are.
 PlantedStyle styleOf(int flows, PlantedStyle::Windows windows)

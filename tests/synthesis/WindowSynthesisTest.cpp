@@ -7,6 +7,17 @@
 
 #include <QtTest>
 
+namespace QTest
+{
+
+template <>
+inline char* toString(const synthesis::NoSlot::Side& side)
+{
+    return qstrdup(side == synthesis::NoSlot::Send ? "send" : "receive");
+}
+
+} // namespace QTest
+
 // What a search answers on networks that can be counted by hand, and how it is stopped.
 
 using namespace synthesis;

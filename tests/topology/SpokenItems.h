@@ -4,6 +4,7 @@
 #include "topology/DiagramItem.h"
 
 #include <QLineF>
+#include <QTransform>
 #include <QtTest>
 
 // What a comparison that fails prints of a drawing's items.
@@ -24,6 +25,16 @@ inline char* toString(const QLineF& line)
                                   .arg(line.y1())
                                   .arg(line.x2())
                                   .arg(line.y2())));
+}
+
+template <>
+inline char* toString(const QTransform& transform)
+{
+    QStringList rows;
+    rows += QStringLiteral("%1 %2").arg(transform.m11()).arg(transform.m12());
+    rows += QStringLiteral("%1 %2").arg(transform.m21()).arg(transform.m22());
+    rows += QStringLiteral("%1 %2").arg(transform.dx()).arg(transform.dy());
+    return qstrdup(qPrintable(rows.join(QStringLiteral(", "))));
 }
 
 template <>

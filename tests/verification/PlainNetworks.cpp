@@ -1,6 +1,7 @@
 #include "tests/verification/PlainNetworks.h"
 
 #include "tests/support/RandomSource.h"
+#include "tests/support/Text.h"
 
 #include <QSet>
 
@@ -10,11 +11,6 @@ namespace
 {
 
 constexpr int slot_us = 200;
-
-QString windowText(int first, int last)
-{
-    return QStringLiteral(u"[%1,%2]").arg(first * slot_us).arg((last + 1) * slot_us);
-}
 
 class PlainNetworkMaker
 {

@@ -4,6 +4,7 @@
 #include "tests/planner/twin/NetworkDraft.h"
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <QLoggingCategory>
 #include <QtTest>
@@ -44,9 +45,9 @@ public:
         flow.period = period_us;
         flow.vlid = talker + 1;
         flow.talker = m_draft.nodes[size_t(talker)].name;
-        flow.txwin = window(firstSlot, lastSlot);
+        flow.txwin = windowText(firstSlot, lastSlot);
         const QString sink = m_draft.nodes[m_draft.nodes.size() - 2].name;
-        flow.listeners.push_back({sink, window(firstSlot, lastSlot + 1)});
+        flow.listeners.push_back({sink, windowText(firstSlot, lastSlot + 1)});
         m_draft.flows.push_back(flow);
     }
 
@@ -56,11 +57,6 @@ public:
     }
 
 private:
-    static QString window(int firstSlot, int lastSlot)
-    {
-        return QStringLiteral("[%1,%2]").arg(firstSlot * slot_us).arg((lastSlot + 1) * slot_us);
-    }
-
     NetworkDraft m_draft;
 };
 

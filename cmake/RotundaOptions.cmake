@@ -5,9 +5,17 @@ option(ROTUNDA_WERROR "Make warnings in the project's own code errors" ${PROJECT
 option(ROTUNDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(ROTUNDA_FUZZ "Link the targets in fuzz/ with libFuzzer, all under the sanitizers; needs clang" OFF)
 option(ROTUNDA_COVERAGE "Build with coverage instrumentation" OFF)
+option(ROTUNDA_PRECOMPILE "Parse the headers of Qt once for many tests; needs gcc" ON)
+if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  set(ROTUNDA_PRECOMPILE OFF)
+endif()
 
 find_program(CCACHE ccache)
-if(CCACHE)
+if(CCACHE AND ROTUNDA_PRECOMPILE)
+  # A source that uses parsed headers is only kept when these two are said to be harmless, as they are here.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+  add_compile_options(-fpch-preprocess)
+elseif(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 

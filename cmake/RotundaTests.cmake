@@ -68,4 +68,24 @@ function(rotunda_add_test_program name)
   add_executable(${name} ${TEST_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} Qt5::Test)
+  add_dependencies(rotunda_generated_sources ${name}_autogen)
+  rotunda_reuse_test_headers(${name})
+endfunction()
+
+# rotunda_reuse_test_headers(target)
+#
+# Most of a test's compile time are the headers of Qt. They are parsed once for those tests that have windows,
+# and once for the others, which must not come by a graphical header. The program's own sources do
+# without, so that each is known to include what it uses; for the tests the style check sees to that.
+function(rotunda_reuse_test_headers target)
+  if(NOT ROTUNDA_PRECOMPILE)
+    return()
+  endif()
+  set(links "")
+  rotunda_collect_links(${target} links)
+  if(rotunda_test_gui IN_LIST links)
+    target_precompile_headers(${target} REUSE_FROM rotunda_test_gui)
+  elseif(rotunda_test_core IN_LIST links)
+    target_precompile_headers(${target} REUSE_FROM rotunda_test_core)
+  endif()
 endfunction()

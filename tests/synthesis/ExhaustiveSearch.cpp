@@ -110,7 +110,7 @@ private:
     std::vector<const Option*> m_chosen;
 };
 
-SlotWindow slots(qint32 start, qint32 end)
+SlotWindow slotWindow(qint32 start, qint32 end)
 {
     SlotWindow window;
     window.start = start;
@@ -193,8 +193,8 @@ std::vector<Option> optionsWithoutOverlap(const PlanningContext& context, const 
             alone.flows = {flow};
             std::size_t number = 1;
             for (VirtualLinkPath& path : alone.flows.front().paths) {
-                path.schedtxwin = slots(values[0], values[0]);
-                path.schedrxwin = slots(values[number], values[number]);
+                path.schedtxwin = slotWindow(values[0], values[0]);
+                path.schedrxwin = slotWindow(values[number], values[number]);
                 ++number;
             }
             const auto windows = derived(alone);
@@ -263,7 +263,7 @@ private:
     {
         std::vector<std::pair<Port, SlotWindow>> windows;
         for (const auto& slot : m_slots)
-            windows.push_back({slot.first, slots(slot.second, slot.second)});
+            windows.push_back({slot.first, slotWindow(slot.second, slot.second)});
         const Option option = repeated(windows, m_flow, m_cycle);
         if (isSound(option, m_cycle))
             m_options.push_back(option);

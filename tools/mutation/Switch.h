@@ -69,7 +69,7 @@ constexpr Number changed(int number, Number value)
 template <std::size_t size>
 constexpr const char* changed(int number, const char (&text)[size])
 {
-    return is(number) ? "" : text;
+    return is(number) ? (size == 1 ? "*" : "") : text;
 }
 
 template <typename Text>

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 
 using planner::FolderHold;
@@ -120,6 +121,32 @@ private slots:
         QCOMPARE(openDescriptors(), descriptors);
     }
 
+    // What an earlier call left there says nothing of this lock.
+    void lockThatWasTakenIsNoError()
+    {
+        errno = EWOULDBLOCK;
+        const FolderHold hold;
+        QVERIFY(hold.isHeld());
+    }
+
+    // A program may be started without a standard input, whose descriptor is then the next one.
+    void descriptorZeroIsOneLikeOthers()
+    {
+        const int input = dup(STDIN_FILENO);
+        close(STDIN_FILENO);
+        bool isHeld = false;
+        bool isKept = false;
+        {
+            const FolderHold hold;
+            isHeld = hold.isHeld();
+            isKept = !Lock(".").isTaken();
+        }
+        const bool isFree = fcntl(STDIN_FILENO, F_GETFD) == -1;
+        dup2(input, STDIN_FILENO);
+        close(input);
+        QVERIFY(isHeld && isKept && isFree);
+    }
+
     void folderWithoutDocumentsIsHeldAllTheSame()
     {
         QVERIFY(QDir().rmdir(QStringLiteral("ResourceXML")));
@@ -152,10 +179,13 @@ private slots:
     {
         const QByteArray name = "plan-\xFF";
         QCOMPARE(mkdir(name.constData(), 0777), 0);
-        const TemporaryPlace place(name);
-        QVERIFY(!FolderHold().isHeld()); // a path to nowhere
-        QVERIFY(QDir().mkpath(QDir::currentPath()));
-        QVERIFY(!FolderHold().isHeld());
+        {
+            const TemporaryPlace place(name);
+            QVERIFY(!FolderHold().isHeld()); // a path to nowhere
+            QVERIFY(QDir().mkpath(QDir::currentPath()));
+            QVERIFY(!FolderHold().isHeld());
+        }
+        QCOMPARE(rmdir(name.constData()), 0); // which the toolkit cannot name
     }
 
 private:

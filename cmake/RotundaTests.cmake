@@ -81,6 +81,9 @@ function(rotunda_reuse_test_headers target)
   if(NOT ROTUNDA_PRECOMPILE)
     return()
   endif()
+  # It is empty, and done in no time without.
+  set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
+    PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
   set(links "")
   rotunda_collect_links(${target} links)
   if(rotunda_test_gui IN_LIST links)

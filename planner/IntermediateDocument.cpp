@@ -186,12 +186,11 @@ void readDocument(TTPlanner& planner, HopBudget& budget, const tinyxml2::XMLDocu
     });
 }
 
-/// Whether the document is a single element with nothing behind its flows.
-bool isWholePiece(const tinyxml2::XMLDocument& document)
+/// Whether the root of a piece, which goes on to its end, has nothing behind its flows.
+bool endsWithItsFlows(const tinyxml2::XMLDocument& piece)
 {
-    const XMLElement* root = document.RootElement();
-    return root && document.FirstChild() == root && document.LastChild() == root &&
-           root->LastChild() == root->FirstChildElement("flows");
+    const XMLElement* root = piece.RootElement();
+    return root->LastChild() == root->FirstChildElement("flows");
 }
 
 /// Returns a planner to what it was ahead of a document.
@@ -248,7 +247,7 @@ bool readPieces(TTPlanner& planner, const QString& path)
             const QByteArray& text = pieces.document();
             if (document.Parse(text.constData(), static_cast<size_t>(text.size())) !=
                     tinyxml2::XML_SUCCESS ||
-                !isWholePiece(document))
+                !endsWithItsFlows(document))
                 break;
             readDocument(planner, budget, document);
         }

@@ -87,6 +87,15 @@ private slots:
         QCOMPARE(reading, readingOf(' ' + written));
     }
 
+    void entitiesAreReadInPiecesToo()
+    {
+        const QByteArray written = longDocument();
+        QByteArray other = written;
+        other.replace("<seq>1</seq>", "<seq>&#49;</seq>");
+        QVERIFY(other != written);
+        QCOMPARE(readingOf(other), readingOf(written));
+    }
+
     void piecesFollowTheWrittenFormAndNoOther()
     {
         const QByteArray written = longDocument();

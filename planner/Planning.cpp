@@ -86,9 +86,7 @@ PlanResult planFolder(const QString& folder)
     const qint32 planned = TTPlanning(planner);
     if (planned != code::ok)
         return {PlanStep::TTPlanning, planned};
-    if (planner.isCut)
-        return {PlanStep::Saving, code::unreadable};
-    return savedAs(outputPath);
+    return savedAs(outputPath); // one that was cut is not there
 }
 
 static QString describePreProcess(qint32 result)

@@ -3,11 +3,19 @@
 
 #include "tests/support/Documents.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/ProgramRun.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QtTest>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using planner::PlanResult;
 using planner::PlanStep;
@@ -141,6 +149,69 @@ private slots:
         result = plan();
         QCOMPARE(result.step, PlanStep::PreProcess);
         QCOMPARE(result.code, planner::code::folderMissing);
+    }
+
+    void planEndsWithItsLastStep()
+    {
+        writeFile(input, example("ring"));
+        const PlanResult result = plan();
+        QVERIFY(result.ok());
+        QCOMPARE(result.step, PlanStep::Saving);
+    }
+
+    void folderInWhichAnotherPlansIsLeftAlone()
+    {
+        writeFile(input, example("ring"));
+        QVERIFY(plan().ok());
+        const QDateTime before = QFileInfo(schedule).lastModified();
+        const int folder = open("plant", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        QCOMPARE(flock(folder, LOCK_EX | LOCK_NB), 0);
+        const PlanResult result = plan();
+        close(folder);
+        QCOMPARE(result.step, PlanStep::Saving);
+        QCOMPARE(result.code, planner::code::unreadable);
+        QCOMPARE(QFileInfo(schedule).lastModified(), before);
+    }
+
+    // Each would be written through.
+    void linksToNowhereGoWithTheEarlierPlan()
+    {
+        writeFile(input, example("ring"));
+        QVERIFY(QDir().mkdir(QStringLiteral("plant/OutputXML")));
+        QVERIFY(QFile::link(QStringLiteral("../windows.xml"), intermediate));
+        QVERIFY(QFile::link(QStringLiteral("../schedule.xml"), schedule));
+        QVERIFY(plan().ok());
+        QVERIFY(!QFile::exists(QStringLiteral("plant/windows.xml")));
+        QVERIFY(!QFile::exists(QStringLiteral("plant/schedule.xml")));
+        QVERIFY(!QFileInfo(schedule).isSymLink());
+    }
+
+    void folderThatIsLeftForGoodIsToldOf()
+    {
+        writeFile(input, example("ring"));
+        const QString plant = m_folder->path(QStringLiteral("plant"));
+        QVERIFY(QDir().mkdir(QStringLiteral("closed")));
+        for (const QString& path : {plant, m_folder->path(QString())})
+            QCOMPARE(chmod(QFile::encodeName(path).constData(), 0777), 0);
+        QVERIFY(QDir::setCurrent(QStringLiteral("closed")));
+        QCOMPARE(chmod(".", 0), 0);
+        QTest::ignoreMessage(QtWarningMsg, "planning: the current directory stays another one");
+        {
+            const OrdinaryUser user;
+            planner::planFolder(plant);
+        }
+        QVERIFY(QDir::setCurrent(m_folder->path(QString())));
+    }
+
+    void noDescriptorStaysOpen()
+    {
+        writeFile(input, example("ring"));
+        const auto descriptors = [] {
+            return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System);
+        };
+        const int before = descriptors().size();
+        QVERIFY(plan().ok());
+        QCOMPARE(descriptors().size(), before);
     }
 
     void refusedPlanLeavesNoOlderDocument()

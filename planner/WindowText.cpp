@@ -47,7 +47,7 @@ bool readWrittenWindow(const char* text, SlotWindow& window)
     if (*text != '[')
         return false;
     const std::from_chars_result start = std::from_chars(text + 1, end, window.start);
-    if (start.ec != std::errc() || start.ptr == end || *start.ptr != ',')
+    if (start.ec != std::errc() || *start.ptr != ',')
         return false;
     const std::from_chars_result last = std::from_chars(start.ptr + 1, end, window.end);
     return last.ec == std::errc() && last.ptr + 1 == end && *last.ptr == ']';

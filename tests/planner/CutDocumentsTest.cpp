@@ -85,6 +85,15 @@ private slots:
         QVERIFY(!prepared().isCut);
     }
 
+    void documentsHaveTheUsualPermissions()
+    {
+        QVERIFY(planFolder(QStringLiteral(".")).ok());
+        writeFile(QStringLiteral("usual.xml"), "as any file");
+        const QFile::Permissions usual = QFile::permissions(QStringLiteral("usual.xml"));
+        QCOMPARE(QFile::permissions(windows()), usual);
+        QCOMPARE(QFile::permissions(schedule()), usual);
+    }
+
     void nextRunBeginsWithNothingCut()
     {
         PlanningContext context;

@@ -94,6 +94,7 @@ private slots:
         other.replace("<seq>1</seq>", "<seq>&#49;</seq>");
         QVERIFY(other != written);
         QCOMPARE(readingOf(other), readingOf(written));
+        QCOMPARE(readingOf(' ' + other), readingOf(written));
     }
 
     void piecesFollowTheWrittenFormAndNoOther()

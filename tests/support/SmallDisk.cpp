@@ -23,9 +23,18 @@ static bool enterNamespaces()
            tell("/proc/self/gid_map", group + ' ' + group + " 1");
 }
 
+static bool cover(const QString& folder, const QByteArray& limits)
+{
+    return enterNamespaces() && mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0,
+                                      limits.constData()) == 0;
+}
+
 bool coverWithSmallDisk(const QString& folder, int bytes)
 {
-    const QByteArray size = "size=" + QByteArray::number(bytes);
-    return enterNamespaces() &&
-           mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, size.constData()) == 0;
+    return cover(folder, "size=" + QByteArray::number(bytes));
+}
+
+bool coverWithDiskForNoFile(const QString& folder)
+{
+    return cover(folder, "nr_inodes=1"); // its root is one
 }

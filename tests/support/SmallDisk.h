@@ -7,3 +7,6 @@
 ///
 /// Nothing takes it off again but the end of the process, which has to have one thread.
 bool coverWithSmallDisk(const QString& folder, int bytes);
+
+/// The same with a disk on which there is room for bytes but for no further file.
+bool coverWithDiskForNoFile(const QString& folder);

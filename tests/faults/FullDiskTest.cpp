@@ -184,23 +184,6 @@ private slots:
         QVERIFY(context.isCut);
     }
 
-    void documentWithoutRoomForItsNameIsCut()
-    {
-        if (!smallDisksCanBeMade())
-            QSKIP("this system lets no ordinary process mount a disk");
-        writeFile(inputPath, smallNetwork());
-        const LogCapture log;
-        QVERIFY(planner::planFolder(QStringLiteral(".")).ok()); // makes the folders
-        const int ending = inChild([] {
-            planner::PlanningContext context;
-            if (!coverWithDiskForNoFile(QStringLiteral("OutputXML")))
-                return int(NoDisk);
-            return planner::preProcess(context) == planner::code::ok && context.isCut ? int(Told)
-                                                                                      : int(Wrong);
-        });
-        QCOMPARE(ending, int(Told));
-    }
-
     // The same on a disk of its own that really has no room, for documents and their folders alike.
     void runOnASmallDiskIsWholeOrFails()
     {

@@ -3,9 +3,11 @@
 #include "planner/TTPlanning.h"
 
 #include "tests/planner/InputText.h"
+#include "tests/support/ChildWork.h"
 #include "tests/support/Documents.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/SmallDisk.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDir>
@@ -92,6 +94,22 @@ private slots:
         const QFile::Permissions usual = QFile::permissions(QStringLiteral("usual.xml"));
         QCOMPARE(QFile::permissions(windows()), usual);
         QCOMPARE(QFile::permissions(schedule()), usual);
+    }
+
+    void documentsWithoutRoomForTheirNamesAreCut()
+    {
+        enum Ending { Cut, Whole, NoDisk };
+        QVERIFY(planFolder(QStringLiteral(".")).ok()); // makes the folders
+        const int ending = inChild([] {
+            if (!coverWithDiskForNoFile(QStringLiteral("OutputXML")))
+                return int(NoDisk);
+            TTPlanner planner;
+            const bool isCut = prepared().isCut && TTPlanning(planner) == code::ok;
+            return isCut && planner.isCut ? int(Cut) : int(Whole);
+        });
+        if (ending == NoDisk)
+            QSKIP("this system lets no ordinary process mount a disk");
+        QCOMPARE(ending, int(Cut));
     }
 
     void nextRunBeginsWithNothingCut()

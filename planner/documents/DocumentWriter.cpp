@@ -41,11 +41,6 @@ DocumentWriter::DocumentWriter(const QString& folder, const QString& fileName)
 
 DocumentWriter::DocumentWriter() : m_inMemory(true) {}
 
-DocumentWriter::~DocumentWriter()
-{
-    writePiece();
-}
-
 QByteArray DocumentWriter::bytes() const
 {
     return QByteArray(m_printer.CStr(), m_printer.CStrSize() - 1);

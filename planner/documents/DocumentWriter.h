@@ -31,7 +31,7 @@ public:
     DocumentWriter(const QString& folder, const QString& fileName);
     /// Keeps the whole document in memory, for bytes().
     DocumentWriter();
-    ~DocumentWriter();
+    ~DocumentWriter() = default;
     DocumentWriter(const DocumentWriter&) = delete;
     DocumentWriter& operator=(const DocumentWriter&) = delete;
 

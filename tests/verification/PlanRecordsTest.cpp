@@ -175,6 +175,24 @@ flow 3 vlid 3 period 4000 size 100 state 0 sends [0,1] link 100
   gap 11 to 65535
 flow 4 vlid 9 period 4000 size 100 state 4 sends [0,1] link 0)";
 
+const char missingParts[] = R"(vek_input.xml line 3: "hostname" is missing in "host"
+vek_input.xml line 3: "nodeID" is missing in "host"
+vek_input.xml line 3: "opts" is missing in "host"
+vek_input.xml line 1: "switches" is missing in "topology"
+vek_input.xml line 1: "links" is missing in "topology"
+vek_input.xml line 3: "vlid" is missing in "virtuallink"
+vek_input.xml line 3: "vlid" is missing in "flow"
+vek_input.xml line 3: "flowID" is missing in "flow"
+vek_input.xml line 3: "period" is missing in "flow"
+vek_input.xml line 3: "size" is missing in "flow"
+vek_input.xml line 3: "talker" is missing in "flow"
+vek_input.xml: "" is no window
+vek_output.xml line 1: "schedCycle" is missing in "vek_output"
+vek_output.xml line 1: "slotLen" is missing in "vek_output"
+vek_output.xml line 2: "path_slot" is missing in "Instance"
+vek_output.xml line 2: "flowID" is missing in "Instance"
+vek_output.xml line 2: "seq" is missing in "Instance")";
+
 const char takenFlows[] = R"(flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 100
 flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 100
 flow 4 vlid 9 period 0 size 100 state 5 sends [0,1] link 0
@@ -302,6 +320,45 @@ private slots:
         }
     }
 
+    void rowWithoutOneOfItsNumbersIsLeftOut_data()
+    {
+        QTest::addColumn<QByteArray>("row");
+        QTest::addColumn<QByteArray>("element");
+        QTest::addColumn<QByteArray>("inPlace");
+        const QByteArrayList texts{"", "<%1>x</%1>", "<%1>-2147483649</%1>"};
+        for (const char* row :
+             {"talker nodeID outport txslotID", "bridge nodeID inport rxslotID outport txslotID",
+              "listener nodeID inport rxslotID", "Instance flowID seq"}) {
+            const QByteArrayList elements = QByteArray(row).split(' ');
+            for (const QByteArray& element : elements.mid(1)) {
+                for (const QByteArray& text : texts)
+                    QTest::newRow((elements.front() + ' ' + element + ' ' + text).constData())
+                        << elements.front() << element << QByteArray(text).replace("%1", element);
+            }
+        }
+    }
+
+    void rowWithoutOneOfItsNumbersIsLeftOut()
+    {
+        QFETCH(QByteArray, row);
+        QFETCH(QByteArray, element);
+        QFETCH(QByteArray, inPlace);
+        const TemporaryFolder folder;
+        QByteArray output = soundDocument("vek_output.xml");
+        const QByteArray end = "</" + element + ">";
+        const int begin = output.indexOf("<" + element + ">", output.indexOf("<" + row + ">"));
+        output.replace(begin, output.indexOf(end, begin) + end.size() - begin, inPlace);
+        for (const PlanRecords& plan : plansOf(output)) {
+            QCOMPARE(plan.damage.size(), size_t(1));
+            QCOMPARE(plan.schedule.transmissions.size(), size_t(row == "Instance" ? 2 : 3));
+            const auto isHop = row == "talker" || row == "bridge";
+            QCOMPARE(plan.schedule.hops.size(), size_t(row == "Instance" ? 7 : isHop ? 9 : 10));
+            QCOMPARE(plan.schedule.listeners.size(),
+                     size_t(row == "bridge" || row == "talker" ? 4 : 3));
+            QCOMPARE(plan.schedule.transmissions.front().hasTalker, row != "talker");
+        }
+    }
+
     void scheduleIsReadWhole()
     {
         const TemporaryFolder folder;
@@ -355,6 +412,20 @@ private slots:
                            "is no window")
                 .arg(QString::fromLatin1(text));
         QCOMPARE(linesOf(plan.damage), isWindow ? QStringList() : QStringList{line});
+    }
+
+    void partsThatAreMissingAreNamed()
+    {
+        const PlanRecords plan =
+            planOf("<vek_input><topology>\n<hosts>\n<host/></hosts></topology><virtuallinks>"
+                   "<virtuallink/></virtuallinks><flows><flow><type>\"TT\"</type></flow></flows>"
+                   "</vek_input>",
+                   "<vek_output>\n<flows><flow><Instance/></flow></flows></vek_output>");
+        const QString damage = QStringLiteral("fault, damaged document, ");
+        QCOMPARE(linesOf(plan.damage).replaceInStrings(damage, QString()), linesIn(missingParts));
+        QCOMPARE(linesOf(planOf("", "").damage),
+                 (QStringList{damage + QStringLiteral("vek_input.xml: there is no element"),
+                              damage + QStringLiteral("vek_output.xml: there is no element")}));
     }
 
     // The first node of a name counts and a host before a switch; of parallel links the last one.

@@ -163,6 +163,9 @@ std::vector<Change> pathChanges()
              std::swap(listeners(plan)[B20], listeners(plan)[C20]);
          },
          ""},
+        {"row at another port of arrival", [](PlanRecords& plan) { hops(plan)[S110].inport = 9; },
+         "fault, missing hop, node 11, port 2, flow 1-0\n"
+         "fault, port the path does not use, node 11, port 2, slot 1, flow 1-0"},
         {"row of a switch at a talker", [](PlanRecords& plan) { hops(plan)[S110].node = 1; },
          "fault, missing hop, node 11, port 2, flow 1-0\n"
          "fault, hop off the path, node 1, port 2, slot 1, flow 1-0"},

@@ -204,7 +204,13 @@ void PlanFiguresTest::frameIsHeldInEachSlotBetween_data()
     row("more than a cycle", {{0, 25}}, 2, 1);
     row("more than two cycles", {{0, 45}, {3, 4, 2}}, 4, 4);
     row("to a microsecond behind the cycle's start", {{18, 19}}, 1, 0, 3999);
+    row("a whole cycle from its start", {{-1, 19}}, 1, 0);
+    row("before the cycle is at its end", {{-3, 1}, {17, 19, 2}}, 2, 18);
+    row("who has gone counts no more", {{3, 5}, {6, 9, 2}, {7, 9, 3}}, 2, 8);
+    row("cycle of a microsecond", {{3, 5}}, 400, 0, 1);
     row("two rows of one port", {{3, 5}, {2, 8}}, 1, 3);
+    row("two rows of one port until the last", {{3, 5}, {2, 8}, {6, 7, 2}}, 2, 7);
+    row("two rows of one port from the first", {{3, 8}, {2, 5}, {1, 3, 2}}, 2, 3);
     row("rows of two ports in any order", {{3, 5, 2}, {3, 6, 1}, {4, 5, 2}, {3, 5, 1}}, 2, 4);
 }
 

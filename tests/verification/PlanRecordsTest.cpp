@@ -86,8 +86,8 @@ QByteArray inputWith(const QByteArray& flows)
            networkSwitch("\"S1\"", "11", "4") + networkSwitch("\"S2\"", "12", "65536") +
            networkSwitch("\"B\"", "13", "2") + "</switches><links>" +
            link("\"A\"", "\"S1\"", "1", "1", "10") + link("\"S1\"", "\"A\"", "6", "5", "100") +
-           link("\"S1\"", "\"S2\"", "2", "1", "1000") + link("\"S2\"", "\"B\"", "2", "1", "0") +
-           link("\"S2\"", "\"C\"", "3", "1", "200") + link("\"X\"", "\"S1\"", "8", "8", "1") +
+           link("\"S1\"", "\"S2\"", "2", "1", "1") + link("\"S2\"", "\"B\"", "2", "1", "200") +
+           link("\"S2\"", "\"C\"", "3", "1", "0") + link("\"X\"", "\"S1\"", "8", "8", "1") +
            link("\"S1\"", "\"X\"", "9", "9", "1") + link("\"A\"", "\"S2\"", "7", "8", "40") +
            "</links></topology><virtuallinks>"
            "<virtuallink><vlid>1</vlid><datapath>\"A,S1,S2,B\"</datapath>"
@@ -133,7 +133,7 @@ host A 9 buffers 4
 switch S1 11 buffers 4
 switch S2 12 buffers 0
 switch B 13 buffers 2
-flow 1 vlid 1 period 4000 size 100 state 0 sends [0,1] link 100
+flow 1 vlid 1 period 4000 size 100 state 0 sends [0,1] link 1
   hop 1 in -1 out 5 paths 3
   hop 11 in 6 out 2 paths 3
   hop 12 in 1 out 2 paths 2
@@ -145,7 +145,7 @@ flow 1 vlid 1 period 4000 size 100 state 0 sends [0,1] link 100
   listener 3 in 1 wants none
   end 2 to 0 from talker 0
   end 3 to 1 from talker 0
-flow 2 vlid 2 period 4000 size 100 state 0 sends [0,1] link 40
+flow 2 vlid 2 period 4000 size 100 state 0 sends [0,1] link 1
   hop 1 in -1 out 5 paths 1
   hop 11 in 6 out 2 paths 1
   hop 12 in 1 out 3 paths 1
@@ -193,15 +193,15 @@ vek_output.xml line 2: "path_slot" is missing in "Instance"
 vek_output.xml line 2: "flowID" is missing in "Instance"
 vek_output.xml line 2: "seq" is missing in "Instance")";
 
-const char takenFlows[] = R"(flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 100
-flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 100
+const char takenFlows[] = R"(flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
+flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
 flow 4 vlid 9 period 0 size 100 state 5 sends [0,1] link 0
-flow 5 vlid 1 period 4000 size 100 state 0 sends [0,1] link 100
-flow 0 vlid 1 period 4000 size 100 state 0 sends [0,1] link 100
-flow 6 vlid 1 period 0 size 100 state 5 sends [0,1] link 100
-flow 7 vlid 1 period 0 size 100 state 5 sends [0,1] link 100
+flow 5 vlid 1 period 4000 size 100 state 0 sends [0,1] link 1
+flow 0 vlid 1 period 4000 size 100 state 0 sends [0,1] link 1
+flow 6 vlid 1 period 0 size 100 state 5 sends [0,1] link 1
+flow 7 vlid 1 period 0 size 100 state 5 sends [0,1] link 1
 flow 8 vlid 9 period 4000 size 100 state 2 sends [0,1] link 0
-flow 9 vlid 1 period 4000 size 100 state 3 sends [0,1] link 100)";
+flow 9 vlid 1 period 4000 size 100 state 3 sends [0,1] link 1)";
 
 } // namespace
 

@@ -133,6 +133,10 @@ void PlanVerifierTest::findingCarriesTheNumbersThatDisagree()
     QCOMPARE(finding.transmissions[1].flowID, 2);
     QCOMPARE(finding.found, qint64(2));
     QCOMPARE(finding.high, qint64(1));
+    const Finding gap = verifyCase(QStringLiteral("neighbours-without-a-link")).findings.front();
+    QCOMPARE(gap.found, qint64(12));
+    QCOMPARE(gap.low, qint64(0));
+    QCOMPARE(gap.high, qint64(0));
 }
 
 void PlanVerifierTest::faultsStandBeforeRemarks()

@@ -172,6 +172,30 @@ std::vector<Change> pathChanges()
         {"row of a talker at a switch", [](PlanRecords& plan) { hops(plan)[A10].node = 11; },
          "fault, missing hop, node 1, port 1, flow 1-0\n"
          "fault, hop off the path, node 11, port 1, slot 0, flow 1-0"},
+        {"talker's other port as the first switch behind it says",
+         [](PlanRecords& plan) {
+             NetworkFlow& branching = flow(plan, 2);
+             const int talker = static_cast<int>(branching.hops.size());
+             branching.hops.insert(branching.hops.end(),
+                                   {{1, FlowHop::noPort, 2, 2}, {12, 4, 2, 1}, {12, 4, 3, 1}});
+             branching.steps.insert(branching.steps.end(),
+                                    {{talker, talker + 1}, {talker, talker + 2}});
+             hops(plan).insert(hops(plan).end(), {{12, 4, 2, 3, 6}, {12, 4, 3, 4, 6}});
+             plan.schedule.transmissions[2].hopCount += 2;
+         },
+         "remark, receive slot of a switch, node 12, port 4, slot 4, flow 2-0, 4 instead of 3\n"
+         "remark, talker port without a row, node 1, port 2, flow 2"},
+        {"talker's other port of which nobody says when",
+         [](PlanRecords& plan) {
+             NetworkFlow& branching = flow(plan, 2);
+             const int talker = static_cast<int>(branching.hops.size());
+             branching.hops.insert(branching.hops.end(),
+                                   {{1, FlowHop::noPort, 2, 1}, {12, 4, 2, 1}});
+             branching.steps.push_back({talker, talker + 1});
+         },
+         "fault, missing hop, node 1, port 2, flow 2-0\n"
+         "fault, missing hop, node 12, port 2, flow 2-0\n"
+         "remark, talker port without a row, node 1, port 2, flow 2"},
         {"listener twice", [](PlanRecords& plan) { listeners(plan)[C20] = listeners(plan)[B20]; },
          "fault, missing hop, node 3, port 1, flow 2-0\n"
          "fault, port the path does not use, node 2, port 1, slot 5, flow 2-0"},

@@ -280,6 +280,7 @@ void PlanFiguresTest::hopWithoutARowIsNotMeasured()
     QCOMPARE(figuresOfCase("talker-row-missing").latencies[0].transmissions, size_t(1));
     PlanRecords plan = planOf("sound-plan");
     --plan.schedule.transmissions[2].hopCount;
+    QCOMPARE(figuresOf(plan).loads.size(), size_t(3));
     const std::vector<FlowLatency> latencies = figuresOf(plan).latencies;
     QCOMPARE(latencies.size(), size_t(2));
     QCOMPARE(latencies[1].listener, 2);

@@ -320,6 +320,35 @@ private slots:
         }
     }
 
+    void recordsBeginEmpty()
+    {
+        Network network;
+        network.nodes.resize(1);
+        network.flows.resize(1);
+        NetworkFlow& flow = network.flows.front();
+        flow.hops.resize(1);
+        flow.steps.resize(1);
+        flow.listeners.resize(1);
+        flow.ends.resize(1);
+        flow.gaps.resize(1);
+        QCOMPARE(linesOf(network),
+                 linesIn("host  0 buffers 0\n"
+                         "flow 0 vlid 0 period 0 size 0 state 0 sends [0,0] link 0\n"
+                         "  hop 0 in 0 out 0 paths 0\n"
+                         "  step 0 to 0\n"
+                         "  listener 0 in 0 wants none\n"
+                         "  end 0 to 0 from talker 0\n"
+                         "  gap 0 to 0"));
+        Schedule schedule;
+        schedule.transmissions.resize(1);
+        schedule.hops.resize(1);
+        schedule.listeners.resize(1);
+        QCOMPARE(linesOf(schedule), linesIn("cycle 0 slot length 0\n"
+                                            "transmission 0-0 talker 0 hops 0+0 listeners 0+0\n"
+                                            "hop 0 in 0 at 0 out 0 at 0\n"
+                                            "listener 0 in 0 at 0"));
+    }
+
     void rowWithoutOneOfItsNumbersIsLeftOut_data()
     {
         QTest::addColumn<QByteArray>("row");

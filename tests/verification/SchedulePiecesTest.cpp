@@ -86,6 +86,17 @@ private slots:
                  QStringList{QStringLiteral("transmission 5-6 talker 1 hops 1+1 listeners 2+0")});
     }
 
+    void listThatIsMissingIsLeftToTheTree()
+    {
+        for (const char* name : {"bridges", "listeners"}) {
+            QByteArray text = instance();
+            const QByteArray end = QByteArray("</") + name + ">";
+            const int begin = text.indexOf(QByteArray("<") + name + ">");
+            text.remove(begin, text.indexOf(end) + end.size() - begin);
+            QCOMPARE(linesRead(text), QStringList());
+        }
+    }
+
     void largestNumbersAreRead()
     {
         QByteArray text = instance();

@@ -193,6 +193,19 @@ vek_output.xml line 2: "path_slot" is missing in "Instance"
 vek_output.xml line 2: "flowID" is missing in "Instance"
 vek_output.xml line 2: "seq" is missing in "Instance")";
 
+const char joinedNetwork[] = R"(host B 2 buffers 4
+host A 1 buffers 4
+host B 5 buffers 4
+switch A 8 buffers 4
+switch S1 11 buffers 4
+switch A 9 buffers 4
+flow 1 vlid 1 period 4000 size 100 state 0 sends [0,1] link 10
+  hop 1 in -1 out 1 paths 1
+  hop 11 in 1 out 2 paths 1
+  step 0 to 1
+  listener 2 in 1 wants [2,4]
+  end 1 to 0 from talker 0)";
+
 const char takenFlows[] = R"(flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
 flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
 flow 4 vlid 9 period 0 size 100 state 5 sends [0,1] link 0
@@ -465,6 +478,29 @@ private slots:
         const PlanRecords plan = planOf(inputWith(flows), soundDocument("vek_output.xml"));
         QCOMPARE(linesOf(plan.damage), QStringList());
         QCOMPARE(linesOf(plan.network), linesIn(trees));
+    }
+
+    // Also where the switch of a name is in a document ahead of the host's.
+    void hostsStandBeforeSwitchesAndAreMeantFirst()
+    {
+        const TemporaryFolder folder;
+        writeFile(QStringLiteral("first.xml"),
+                  "<vek_input><topology><hosts>" + host("B", "2") + "</hosts><switches>" +
+                      networkSwitch("A", "8", "4") + networkSwitch("S1", "11", "4") +
+                      "</switches><links/></topology><virtuallinks/><flows/></vek_input>");
+        writeFile(QStringLiteral("second.xml"),
+                  "<vek_input><topology><hosts>" + host("A", "1") + host("B", "5") +
+                      "</hosts><switches>" + networkSwitch("A", "9", "4") + "</switches><links>" +
+                      link("A", "S1", "1", "1", "10") + link("S1", "B", "2", "1", "10") +
+                      "</links></topology><virtuallinks><virtuallink><vlid>1</vlid>"
+                      "<datapath>A,S1,B</datapath></virtuallink></virtuallinks><flows>" +
+                      flow("1 1 4000", "A", {"B"}) + "</flows></vek_input>");
+        writeFile(QStringLiteral("out.xml"), soundDocument("vek_output.xml"));
+        const PlanRecords plan =
+            readPlan({QStringLiteral("first.xml"), QStringLiteral("second.xml")},
+                     {QStringLiteral("out.xml")});
+        QCOMPARE(linesOf(plan.damage), QStringList());
+        QCOMPARE(linesOf(plan.network), linesIn(joinedNetwork));
     }
 
     void flowsAreTakenByTheRules()

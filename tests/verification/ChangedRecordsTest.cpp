@@ -152,6 +152,21 @@ std::vector<Change> pathChanges()
         {"last sender without a row",
          [](PlanRecords& plan) { --plan.schedule.transmissions[0].hopCount; },
          "fault, missing hop, node 12, port 2, flow 1-0"},
+        {"neither last sender nor listener with a row",
+         [](PlanRecords& plan) {
+             --plan.schedule.transmissions[0].hopCount;
+             plan.schedule.transmissions[0].listenerCount = 0;
+         },
+         "fault, missing hop, node 2, port 1, flow 1-0\n"
+         "fault, missing hop, node 12, port 2, flow 1-0"},
+        {"talker of a later transmission without a row",
+         [](PlanRecords& plan) {
+             ScheduledTransmission& transmission = plan.schedule.transmissions[1];
+             transmission.hasTalker = false;
+             ++transmission.firstHop;
+             --transmission.hopCount;
+         },
+         "fault, missing hop, node 1, port 1, flow 1-1"},
         {"row in place of another of the path",
          [](PlanRecords& plan) { hops(plan)[S220C] = hops(plan)[S220B]; },
          "fault, missing hop, node 12, port 3, flow 2-0\n"

@@ -206,15 +206,18 @@ flow 1 vlid 1 period 4000 size 100 state 0 sends [0,1] link 10
   listener 2 in 1 wants [2,4]
   end 1 to 0 from talker 0)";
 
-const char takenFlows[] = R"(flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
+const char takenFlows[] = R"(flow 0 vlid 1 period 0 size 100 state 5 sends [0,1] link 1
 flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
 flow 4 vlid 9 period 0 size 100 state 5 sends [0,1] link 0
+flow 0 vlid 1 period 4000 size 100 state 1 sends [0,1] link 1
 flow 5 vlid 1 period 4000 size 100 state 0 sends [0,1] link 1
 flow 0 vlid 1 period 4000 size 100 state 0 sends [0,1] link 1
 flow 6 vlid 1 period 0 size 100 state 5 sends [0,1] link 1
 flow 7 vlid 1 period 0 size 100 state 5 sends [0,1] link 1
-flow 8 vlid 9 period 4000 size 100 state 2 sends [0,1] link 0
-flow 9 vlid 1 period 4000 size 100 state 3 sends [0,1] link 1)";
+flow 8 vlid 1 period 4000 size 100 state 2 sends [0,1] link 1
+flow 9 vlid 9 period 4000 size 100 state 3 sends [0,1] link 0
+flow 10 vlid 1 period 4000 size 100 state 3 sends [0,1] link 1
+flow 11 vlid 1 period 4000 size 100 state 3 sends [0,1] link 1)";
 
 } // namespace
 
@@ -505,12 +508,14 @@ private slots:
 
     void flowsAreTakenByTheRules()
     {
-        const QByteArray flows =
-            flow("0 1 4000", "A", {"B"}) + "<flow><type>TT</type><flowID>8</flowID></flow>" +
-            "<flow><type>\"BE\"</type><flowID>8</flowID></flow><flow/>" +
-            flow("65536 1 4000", "A", {"B"}) + flow("4 9 0", "A", {}) + flow("5 1 4000", "A", {}) +
-            flow("0 1 4000", "A", {"B", "C"}) + flow("6 1 0", "A", {"B"}) +
-            flow("7 1 x", "A", {"B"}) + flow("8 9 4000", "A", {"B"}) + flow("9 1 4000", "A", {"B"});
+        const QByteArray flows = flow("0 1 0", "A", {"B"}) + flow("0 1 4000", "A", {"B"}) +
+                                 "<flow><type>TT</type><flowID>8</flowID></flow>" +
+                                 "<flow><type>\"BE\"</type><flowID>8</flowID></flow><flow/>" +
+                                 flow("4 9 0", "A", {}) + flow("65536 1 4000", "A", {"B"}) +
+                                 flow("5 1 4000", "A", {}) + flow("0 1 4000", "A", {"B", "C"}) +
+                                 flow("6 1 0", "A", {"B"}) + flow("7 1 x", "A", {"B"}) +
+                                 flow("8 1 4000", "A", {"S1", "B"}) + flow("9 9 4000", "A", {"B"}) +
+                                 flow("10 1 4000", "A", {"B"}) + flow("11 1 4000", "A", {"B"});
         const PlanRecords plan = planOf(inputWith(flows), soundDocument("vek_output.xml"));
         QStringList states;
         for (const NetworkFlow& taken : plan.network.flows)

@@ -323,6 +323,13 @@ std::vector<Change> portChanges()
              hops(plan)[A20].sendSlot = 0;
          },
          "fault, shared slot, node 1, port 1, slot 0, flow 1-0, 1-1, 2-0, 3 instead of 1"},
+        {"slot that is used on the next port, too",
+         [](PlanRecords& plan) {
+             hops(plan)[A11].sendSlot = 0;
+             hops(plan)[A20].sendSlot = 0;
+             hops(plan)[A20].outport = 2;
+         },
+         "fault, shared slot, node 1, port 1, slot 0, flow 1-0, 1-1, 2 instead of 1"},
         {"one before and one behind the cycle in one slot",
          [](PlanRecords& plan) {
              hops(plan)[A10].sendSlot = -1;
@@ -391,6 +398,23 @@ std::vector<Change> portChanges()
          "remark, slot beyond the cycle, node 12, port 2, slot 2, flow 1-0, 1-1, 2-0, 2 instead of "
          "0\n"
          "remark, slot beyond the cycle, node 12, port 3, slot 5, flow 2-0, 5 instead of 0"},
+        {"cycle of a microsecond",
+         [](PlanRecords& plan) {
+             plan.schedule.cycle_us = 1;
+             plan.schedule.transmissions.resize(2);
+         },
+         "fault, shared slot over the cycle's end, node 1, port 1, slot 0, flow 1-0, 1-0, 1-1, "
+         "1-1, 4 instead of 1\n"
+         "fault, shared slot over the cycle's end, node 1, port 1, slot 0, flow 1-0, 1-1, 2 "
+         "instead of 1\n"
+         "fault, shared slot over the cycle's end, node 11, port 2, slot 1, flow 1-0, 1-0, 1-1, "
+         "1-1, 4 instead of 1\n"
+         "fault, shared slot over the cycle's end, node 11, port 2, slot 1, flow 1-0, 1-1, 2 "
+         "instead of 1\n"
+         "fault, shared slot over the cycle's end, node 12, port 2, slot 2, flow 1-0, 1-0, 1-1, "
+         "1-1, 4 instead of 1\n"
+         "fault, shared slot over the cycle's end, node 12, port 2, slot 2, flow 1-0, 1-1, 2 "
+         "instead of 1"},
         {"cycle of less than a slot", [](PlanRecords& plan) { plan.schedule.cycle_us = 199; },
          "fault, shared slot over the cycle's end, node 1, port 1, slot 0, flow 1-0, 2-0, 2 "
          "instead of 1\n"

@@ -77,6 +77,7 @@ private slots:
     void switchesAreInTheOrderOfTheirNumbers();
     void fullestPortIsFirst();
     void listenerOfTwoBranchesHasTheLatenciesOfBoth();
+    void latencyMayBeLessThanNone();
     void hopWithoutARowIsNotMeasured();
     void figuresBeginAtZero();
     void emptyPlanHasNoFigures();
@@ -267,12 +268,24 @@ void PlanFiguresTest::fullestPortIsFirst()
 void PlanFiguresTest::listenerOfTwoBranchesHasTheLatenciesOfBoth()
 {
     PlanRecords plan = planOf("sound-plan");
-    plan.network.flows[1].ends.push_back({1, 1, 0});
+    std::vector<FlowEnd>& ends = plan.network.flows[1].ends;
+    ends.insert(ends.begin(), {1, 1, 0});
     const FlowLatency latency = figuresOf(plan).latencies[2];
     QCOMPARE(latency.transmissions, size_t(2));
     QCOMPARE(latency.smallest, qint64(1));
     QCOMPARE(latency.largest, qint64(2));
     QCOMPARE(latency.jitter(), qint64(1));
+}
+
+// Only of a plan with faults.
+void PlanFiguresTest::latencyMayBeLessThanNone()
+{
+    PlanRecords plan = planOf("sound-plan");
+    plan.schedule.hops[2].sendSlot = -5;
+    plan.schedule.hops[5].sendSlot = 6;
+    const FlowLatency latency = figuresOf(plan).latencies[0];
+    QCOMPARE(latency.smallest, qint64(-5));
+    QCOMPARE(latency.largest, qint64(-4));
 }
 
 void PlanFiguresTest::hopWithoutARowIsNotMeasured()

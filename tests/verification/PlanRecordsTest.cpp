@@ -293,6 +293,22 @@ private slots:
         }
     }
 
+    void charactersMayBeGivenByNumber()
+    {
+        const TemporaryFolder folder;
+        QByteArray output = outputWith("4000", "4&#48;00");
+        output.replace("<txslotID>0<", "<txslotID>&#48;<");
+        for (const PlanRecords& plan : plansOf(output)) {
+            QCOMPARE(linesOf(plan.damage), QStringList());
+            QCOMPARE(linesOf(plan.schedule), linesIn(soundSchedule));
+        }
+        QByteArray input = soundDocument("vek_input.xml");
+        input.replace("\"S1\"", "\"&#83;1\"");
+        writeFile(QStringLiteral("in.xml"), input);
+        const PlanRecords plan = readPlan({QStringLiteral("in.xml")}, {QStringLiteral("out.xml")});
+        QCOMPARE(plan.network.nodes[3].name, QStringLiteral("S1"));
+    }
+
     void numberBeyondItsBitsIsDamage_data()
     {
         QTest::addColumn<QByteArray>("element");
@@ -410,6 +426,20 @@ private slots:
         for (const PlanRecords& plan : plansOf(soundDocument("vek_output.xml"))) {
             QCOMPARE(linesOf(plan.schedule), linesIn(soundSchedule));
         }
+    }
+
+    void lastDocumentTellsTheCycle()
+    {
+        const TemporaryFolder folder;
+        writeFile(QStringLiteral("in.xml"), soundDocument("vek_input.xml"));
+        writeFile(QStringLiteral("first.xml"), soundDocument("vek_output.xml"));
+        writeFile(QStringLiteral("second.xml"), "<vek_output><flows></flows></vek_output>");
+        const PlanRecords plan =
+            readPlan({QStringLiteral("in.xml")},
+                     {QStringLiteral("first.xml"), QStringLiteral("second.xml")});
+        QCOMPARE(plan.schedule.cycle_us, qint64(0));
+        QCOMPARE(plan.schedule.slotLength_us, qint64(0));
+        QCOMPARE(plan.schedule.transmissions.size(), size_t(3));
     }
 
     void windowCoversItsSlots_data()

@@ -116,6 +116,15 @@ void PlanVerifierTest::soundPlanIsCounted()
     QCOMPARE(verification.transmissions, size_t(3));
     QCOMPARE(verification.flows, size_t(2));
     QCOMPARE(verification.ports, size_t(4));
+    // A talker's port counts also without a row.
+    QCOMPARE(verifyCase(QStringLiteral("talker-of-two-ports")).ports, size_t(5));
+    PlanRecords one = readPlan({fileOf(QStringLiteral("sound-plan"), "vek_input.xml")},
+                               {fileOf(QStringLiteral("sound-plan"), "vek_output.xml")});
+    one.schedule.transmissions.resize(1);
+    QCOMPARE(verifyPlan(one).ports, size_t(3));
+    const Verification none;
+    QVERIFY(none.sound());
+    QCOMPARE(none.transmissions + none.flows + none.ports, size_t(0));
 }
 
 void PlanVerifierTest::findingCarriesTheNumbersThatDisagree()
@@ -232,6 +241,8 @@ void PlanVerifierTest::fileThatDoesNotLoadIsDamage()
     QCOMPARE(plan.damage.size(), size_t(2));
     QCOMPARE(describe(plan.damage.front()),
              QStringLiteral("fault, damaged document, vek_input.xml: it cannot be opened"));
+    const PlanRecords device = readPlan(QStringList{QStringLiteral("/dev/null")}, QStringList());
+    QCOMPARE(describe(device.damage.front()), describe(plan.damage.front()));
 }
 
 void PlanVerifierTest::slotsBeforeTheCycleAreReadWithTheirSign()

@@ -1,4 +1,5 @@
 #include "verification/PlanVerifier.h"
+#include "verification/TransmissionMatch.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
@@ -10,6 +11,7 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
 using namespace verification;
@@ -70,6 +72,8 @@ private slots:
     void severalInputDocumentsAreReadAsOne();
     void fileThatDoesNotLoadIsDamage();
     void slotsBeforeTheCycleAreReadWithTheirSign();
+    void commonCycleIsTheLargestNumberWhenItIsLarger();
+    void transmissionThatNobodyAsksForHasNoNumber();
     void numbersBeyond16BitsOfSeqAreToldApartByOrder();
 };
 
@@ -256,6 +260,39 @@ void PlanVerifierTest::slotsBeforeTheCycleAreReadWithTheirSign()
                  QStringList{QStringLiteral("vek_output.xml")});
     QVERIFY(plan.damage.empty());
     QCOMPARE(plan.schedule.hops.front().sendSlot, qint64(-1));
+}
+
+void PlanVerifierTest::commonCycleIsTheLargestNumberWhenItIsLarger()
+{
+    Network network;
+    QCOMPARE(commonCycle(network), qint64(0));
+    for (const qint64 period_us : {4294967291, 4294967279, 4294967291, 4294967231}) {
+        NetworkFlow flow;
+        flow.period_us = period_us;
+        network.flows.push_back(flow);
+    }
+    QCOMPARE(commonCycle(network), std::numeric_limits<qint64>::max());
+    network.flows.resize(1);
+    network.flows[0].period_us = 3037000499;
+    network.flows.push_back(network.flows[0]);
+    network.flows[1].period_us = 3037000498;
+    QCOMPARE(commonCycle(network), qint64(3037000499) * 3037000498);
+}
+
+void PlanVerifierTest::transmissionThatNobodyAsksForHasNoNumber()
+{
+    const QString name = QStringLiteral("transmission-nobody-asks-for");
+    const TransmissionMatch match = matchTransmissions(
+        readPlan({fileOf(name, "vek_input.xml")}, {fileOf(name, "vek_output.xml")}));
+    QCOMPARE(match.places.size(), size_t(4));
+    QCOMPARE(match.places[0].flow, 0);
+    QCOMPARE(match.places[1].number, qint64(1));
+    const auto nobody = std::find_if(match.places.begin(), match.places.end(),
+                                     [](const TransmissionMatch::Place& place) {
+                                         return place.flow == TransmissionMatch::nobody;
+                                     });
+    QVERIFY(nobody != match.places.end());
+    QCOMPARE(nobody->number, qint64(0));
 }
 
 // The count of transmissions has 16 bits in the document, so those from 65536 on repeat numbers.

@@ -1,6 +1,8 @@
 #include "verification/SchedulePieces.h"
 
+#include "verification/DocumentReading.h"
 #include "verification/InstanceText.h"
+#include "verification/ScheduleDocument.h"
 
 #include "tests/support/Documents.h"
 #include "tests/verification/SpokenRecords.h"
@@ -189,6 +191,9 @@ private slots:
                                   "<a><flows><flow><Instance></flow></flows></a>",
                                   "<a><flows><flow><Instance></Instance ></flow></flows></a>",
                                   "<a><flows><flow><Instance></Instances></flow></flows></a>",
+                                  "<a><flows><flow><Instance></Instancex</flow></flows></a>",
+                                  "<a><flows><flow><Instance></Instance</flows></a>",
+                                  "<a><flows><flow><Instance></flows></a>",
                                   "<a><flows></flows><b/></a>",
                                   "<a><flows></flows></a><b/>",
                                   "<a><flows></flows></b>",
@@ -207,6 +212,35 @@ private slots:
     {
         QFETCH(QByteArray, bytes);
         QVERIFY(!isUsual(bytes));
+    }
+
+    void documentAsWrittenNeedsNoTree()
+    {
+        Schedule schedule;
+        std::vector<Finding> damage;
+        QVERIFY(readScheduleByPieces(soundOutput(), schedule, damage));
+        QCOMPARE(schedule.transmissions.size(), size_t(3));
+        // An instance in another form needs a tree of its own, and no other.
+        QByteArray spread = soundOutput();
+        spread.replace("<seq>0<", "<seq> 0 <");
+        QVERIFY(readScheduleByPieces(spread, schedule, damage));
+        QCOMPARE(schedule.transmissions.size(), size_t(6));
+        QVERIFY(damage.empty());
+    }
+
+    void documentThatDoesNotParseInPiecesLeavesNothingBehind()
+    {
+        Schedule schedule;
+        std::vector<Finding> damage;
+        QVERIFY(readScheduleByPieces(soundOutput(), schedule, damage));
+        damage.push_back(damageOf(QStringLiteral("before")));
+        const QStringList before = linesOf(schedule);
+        QByteArray output = soundOutput();
+        output.replace(output.indexOf("<seq>"), 12, QByteArray());
+        output.replace(output.lastIndexOf("</listeners>"), 12, "</listener>");
+        QVERIFY(!readScheduleByPieces(output, schedule, damage));
+        QCOMPARE(linesOf(schedule), before);
+        QCOMPARE(damage.size(), size_t(1));
     }
 };
 

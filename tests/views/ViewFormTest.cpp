@@ -6,6 +6,7 @@
 #include "views/TimeSlotInfo.h"
 
 #include "tests/support/GuiTestMain.h"
+#include "tests/support/HeapUse.h"
 #include "tests/views/DrawnLines.h"
 
 #include <QAction>
@@ -18,6 +19,7 @@
 #include <QListWidget>
 #include <QPainter>
 #include <QProgressBar>
+#include <QProxyStyle>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStandardItemModel>
@@ -47,6 +49,19 @@ QImage pictureOf(const char* resource)
     return picture(QIcon(QString::fromLatin1(resource)));
 }
 
+/// A style whose layouts are wider than usual.
+class WideStyle : public QProxyStyle
+{
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override
+    {
+        const bool isSpacing =
+            metric == PM_LayoutHorizontalSpacing || metric == PM_LayoutVerticalSpacing;
+        return isSpacing ? 23 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
 /// What the delegate draws of a card into 200 by 60 at (20, 30).
 QStringList cardLines(QStyle::State state)
 {
@@ -62,6 +77,8 @@ QStringList cardLines(QStyle::State state)
     option.rect = QRect(20, 30, 200, 60);
     option.state = state;
     return drawnLines([&](QPainter& painter) {
+        painter.setPen(Qt::magenta);
+        painter.setBrush(Qt::yellow);
         ItemDelegate().paint(&painter, option, item->index());
         painter.drawRect(1, 2, 3, 4); // with the pen and the brush that were set before
     });
@@ -94,6 +111,7 @@ private slots:
         QCOMPARE(picture(panel.exportAction->icon()), pictureOf(":/images/outport.webp"));
         QVERIFY(!picture(panel.exportAction->icon()).isNull());
         QVERIFY(picture(panel.exportAction->icon()) != picture(panel.importAction->icon()));
+        QCOMPARE(panel.tableType->parentWidget(), panel.findChildren<QToolBar*>()[1]);
         QCOMPARE(panel.tableType->objectName(), QStringLiteral("comboboxFlowTableType"));
         QCOMPARE(panel.tableType->itemText(0), QStringLiteral(u"发送控制表"));
         QCOMPARE(panel.tableType->itemText(1), QStringLiteral(u"接收控制表"));
@@ -130,6 +148,19 @@ private slots:
         }
     }
 
+    // As far as the handle between leaves them.
+    void nodesHaveAHundredPixelsOfThePanel()
+    {
+        const PlanInfoWindow panel(nullptr);
+        const auto* across =
+            panel.centralWidget()->findChild<QSplitter*>(QString(), Qt::FindDirectChildrenOnly);
+        QSplitter plain;
+        plain.addWidget(new QListWidget);
+        plain.addWidget(new QStackedWidget);
+        plain.setSizes({100, plain.width() - 100});
+        QCOMPARE(across->sizes(), plain.sizes());
+    }
+
     // ---- Nodes
 
     void nodeHasItsIconNameAndToolTip()
@@ -151,6 +182,7 @@ private slots:
 
     void cardsStandInATitledBoxOnWhite()
     {
+        QApplication::setStyle(new WideStyle);
         const FlowListWindow window(nullptr);
         const QWidget* central = window.centralWidget();
         QCOMPARE(central->objectName(), QStringLiteral("centralWidget"));
@@ -199,7 +231,7 @@ private slots:
                               QStringLiteral("text #000000 #ff0000 (30,40) Times 12 75: "
                                              "a caption longer than its card is wide"),
                               QStringLiteral("text #444444 #ff0000 (30,64) Times 10 50: slot"),
-                              QStringLiteral("rect #000000 none (1,2) 3x4")}));
+                              QStringLiteral("rect #ff00ff #ffff00 (1,2) 3x4")}));
     }
 
     // ---- Grid
@@ -247,6 +279,54 @@ private slots:
         QCOMPARE(labels().last(), QStringLiteral(u"时隙1999"));
         QCOMPARE(labels().mid(1, 2),
                  (QStringList{QStringLiteral("given"), QStringLiteral(u"时隙1")}));
+    }
+
+    void labelsThatComeAndGoKeepMemoryLevel()
+    {
+        TimeSlotInfo table(nullptr);
+        const auto comeAndGo = [&table](int rounds) {
+            for (int round = 0; round < rounds; ++round) {
+                table.setupSlotTable({}, 2000);
+                table.setupSlotTable({}, 0);
+            }
+        };
+        comeAndGo(3);
+        const qint64 before = heapUse();
+        comeAndGo(20);
+        const qint64 grown = heapUse() - before;
+        QVERIFY2(grown < 200000, qPrintable(QString::number(grown)));
+    }
+
+    void settingUpAnewGivesTheGridItsHabitsBack()
+    {
+        TimeSlotInfo table(nullptr);
+        table.setSelectionBehavior(QAbstractItemView::SelectRows);
+        table.setSelectionMode(QAbstractItemView::NoSelection);
+        table.setEditTriggers(QAbstractItemView::AllEditTriggers);
+        table.setupSlotTable({{1, {}}}, 4);
+        QCOMPARE(table.selectionBehavior(), QAbstractItemView::SelectItems);
+        QCOMPARE(table.selectionMode(), QAbstractItemView::SingleSelection);
+        QCOMPARE(table.editTriggers(), QAbstractItemView::NoEditTriggers);
+    }
+
+    void gridIsPaintedAndItsBarsAreSeenAtOnce()
+    {
+        TimeSlotInfo table(nullptr);
+        table.resize(600, 200);
+        table.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&table));
+        table.showPorts({{1, {{5, {{0, 0}}}}}}, 4);
+        QVERIFY(table.cellWidget(0, 1)->isVisible());
+        const QRect cell = table.visualRect(table.model()->index(0, 1));
+        QCOMPARE(table.cellWidget(0, 1)->geometry(), cell);
+        const QRect label = table.visualRect(table.model()->index(0, 0));
+        const QImage image = table.viewport()->grab(label).toImage();
+        QSet<QRgb> colors;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y)
+                colors.insert(image.pixel(x, y));
+        }
+        QVERIFY(colors.size() > 3); // the name of the port
     }
 
     void portsOfASecondNodeStandBehindTheFirstOnes()

@@ -80,7 +80,7 @@ qint64 commonCycle(const Network& network)
     for (const NetworkFlow& flow : network.flows) {
         const bool counts =
             flow.state == FlowState::Taken || flow.state == FlowState::LeadingNumberZero;
-        if (!counts)
+        if (!counts || flow.period_us <= 0)
             continue;
         if (cycle == 0)
             cycle = flow.period_us;

@@ -266,6 +266,10 @@ void PlanVerifierTest::commonCycleIsTheLargestNumberWhenItIsLarger()
 {
     Network network;
     QCOMPARE(commonCycle(network), qint64(0));
+    network.flows.resize(1);
+    QCOMPARE(commonCycle(network), qint64(0));
+    network.flows[0].period_us = 1;
+    QCOMPARE(commonCycle(network), qint64(1));
     for (const qint64 period_us : {4294967291, 4294967279, 4294967291, 4294967231}) {
         NetworkFlow flow;
         flow.period_us = period_us;

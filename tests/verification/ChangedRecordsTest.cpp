@@ -109,6 +109,9 @@ std::vector<Change> pathChanges()
          "fault, receive slot of a listener, node 2, port 1, slot 2, flow 1-0, 2 instead of 1\n"
          "remark, path through a host, node 12, flow 1\n"
          "remark, path through a host, node 12, flow 2"},
+        {"host next to the talker", [](PlanRecords& plan) { node(plan, 11).isSwitch = false; },
+         "remark, path through a host, node 11, flow 1\n"
+         "remark, path through a host, node 11, flow 2"},
         {"expected one later behind a sender of two paths",
          [](PlanRecords& plan) { hops(plan)[S220C].receiveSlot = 5; },
          "fault, receive slot of a switch, node 12, port 1, slot 5, flow 2-0, 5 instead of 4"},

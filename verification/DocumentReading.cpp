@@ -104,21 +104,20 @@ bool DocumentReading::slotNumber(Element parent, const char* name, qint64& value
 {
     if (!number(parent, name, value))
         return false;
-    constexpr qint64 wrap = Q_INT64_C(1) << 32;
-    if (value >= wrap || value < -wrap / 2) {
+    constexpr qint64 half = Q_INT64_C(1) << 31;
+    constexpr qint64 wrap = 2 * half;
+    if (value >= wrap || value < -half) {
         report(parent->FirstChildElement(name), quoted(name) + QStringLiteral(" is no slot"));
         return false;
     }
-    if (value >= wrap / 2)
+    if (value >= half)
         value -= wrap;
     return true;
 }
 
 Finding damageOf(const QString& detail)
 {
-    Finding finding;
-    finding.kind = Kind::DamagedDocument;
-    finding.severity = Severity::Fault;
+    Finding finding; // begins as damage
     finding.detail = detail;
     return finding;
 }

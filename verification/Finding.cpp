@@ -65,11 +65,11 @@ QString describeReason(Reason reason)
 /// The numbers that disagree, unless the kind has none.
 QString describeNumbers(const Finding& finding)
 {
-    if (finding.found == 0 && finding.low == 0 && finding.high == 0)
-        return {};
     const QString found = QString::number(finding.found);
     if (finding.kind == Kind::MissingLink)
         return QStringLiteral("none to node ") + found;
+    if (finding.found == 0 && finding.low == 0 && finding.high == 0)
+        return {};
     const QString low = QString::number(finding.low);
     if (finding.low == finding.high)
         return QStringLiteral("%1 instead of %2").arg(found, low);

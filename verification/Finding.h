@@ -77,8 +77,8 @@ struct Transmission {
 
 /// One thing that an engineer would not expect to see in a plan.
 ///
-/// Fields that a kind does not use are nowhere (node, port, slot) or 0 (numbers). It refers to
-/// nothing: node names are the caller's to look up.
+/// It begins as a damaged document. Fields that a kind does not use are nowhere (node, port, slot)
+/// or 0 (numbers). It refers to nothing: node names are the caller's to look up.
 struct Finding {
     Kind kind = Kind::DamagedDocument;
     Severity severity = Severity::Fault;

@@ -56,8 +56,11 @@ void checkPresent(const NetworkFlow& flow, std::vector<qint64> present, qint64 a
     }
     std::sort(present.begin(), present.end());
     qint64 missing = 0;
-    while (missing < found && present[static_cast<size_t>(missing)] == missing)
+    for (const qint64 number : present) {
+        if (number != missing)
+            break;
         ++missing;
+    }
     const int seq = static_cast<int>(missing & 0xFFFF);
     findings.push_back(FindingMaker(Kind::MissingTransmission)
                            .of(Transmission{flow.flowID, seq})
@@ -85,14 +88,15 @@ void checkFrame(const NetworkFlow& flow, FindingList& findings)
 void checkPaths(const NetworkFlow& flow, const std::set<int>& switches, FindingList& findings)
 {
     std::set<int> hostsOnPath;
-    for (size_t i = 0; i < flow.hops.size(); ++i) {
+    // The first one is the talker with a row.
+    for (size_t i = 1; i < flow.hops.size(); ++i) {
         const FlowHop& hop = flow.hops[i];
-        if (!hop.isTalker() && switches.count(hop.node) == 0)
-            hostsOnPath.insert(hop.node);
-        if (hop.isTalker() && i > 0)
+        if (hop.isTalker())
             findings.push_back(FindingMaker(Kind::UnlistedTalkerPort)
                                    .at(hop.node, hop.outport)
                                    .ofFlow(flow.flowID));
+        else if (switches.count(hop.node) == 0)
+            hostsOnPath.insert(hop.node);
     }
     for (const int node : hostsOnPath)
         findings.push_back(FindingMaker(Kind::HostOnPath).at(node).ofFlow(flow.flowID));

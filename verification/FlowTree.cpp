@@ -7,7 +7,7 @@ namespace verification
 
 void FlowTree::begin()
 {
-    m_last = -1;
+    m_path.clear();
     m_inport = FlowHop::noPort;
 }
 
@@ -19,10 +19,9 @@ void FlowTree::addSender(int node, int outport, int inport)
         m_flow.hops.push_back({node, m_inport, outport, 0});
     const int hop = place.first->second;
     ++m_flow.hops[static_cast<size_t>(hop)].paths;
-    if (m_last >= 0 && m_steps.emplace(m_last, hop).second)
-        m_flow.steps.push_back({m_last, hop});
-    m_first = m_last < 0 ? hop : m_first;
-    m_last = hop;
+    if (!m_path.empty() && m_steps.emplace(m_path.back(), hop).second)
+        m_flow.steps.push_back({m_path.back(), hop});
+    m_path.push_back(hop);
     m_inport = inport;
 }
 
@@ -36,8 +35,8 @@ void FlowTree::end(int listener)
         added.inport = m_inport;
         m_flow.listeners.push_back(added);
     }
-    if (m_ends.emplace(m_last, place.first->second).second)
-        m_flow.ends.push_back({m_last, place.first->second, m_first});
+    if (m_ends.emplace(m_path.back(), place.first->second).second)
+        m_flow.ends.push_back({m_path.back(), place.first->second, m_path.front()});
 }
 
 void FlowTree::addGap(const LinkGap& gap)

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <tuple>
+#include <vector>
 
 namespace verification
 {
@@ -19,7 +20,7 @@ public:
     /// Appends a sender that leaves by outport to a node, which it reaches at its port inport.
     void addSender(int node, int outport, int inport);
 
-    /// Ends the path at its listener.
+    /// Ends the path, which has a sender at least, at its listener.
     void end(int listener);
 
     void addGap(const LinkGap& gap);
@@ -37,8 +38,7 @@ private:
     std::set<std::pair<int, int>> m_steps;
     std::set<std::pair<int, int>> m_ends;
     std::set<std::pair<int, int>> m_gaps;
-    int m_first = -1;               ///< place of the path's talker
-    int m_last = -1;                ///< place of the sender before
+    std::vector<int> m_path;        ///< places of its senders so far, the talker first
     int m_inport = FlowHop::noPort; ///< at which the next node is reached
 };
 

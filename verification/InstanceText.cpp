@@ -111,7 +111,6 @@ bool InstanceText::number(const char* name, qint64& value)
     if (!open(name))
         return false;
     const char* const digits = m_place;
-    value = 0;
     for (; *m_place >= '0' && *m_place <= '9' && m_place - digits < mostDigits; ++m_place)
         value = value * 10 + (*m_place - '0');
     return m_place != digits && value <= largest && *m_place == '<' && close(name);

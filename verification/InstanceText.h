@@ -29,6 +29,7 @@ private:
     bool open(const char* name);
     bool close(const char* name);
     bool isEmpty(const char* name);
+    /// Into value, which is 0 before.
     bool number(const char* name, qint64& value);
     bool number(const char* name, int& value);
 

@@ -165,9 +165,7 @@ NetworkFlow NetworkDocument::treeOf(const std::vector<NodePath>& paths) const
     for (const NodePath& path : paths) {
         tree.begin();
         for (size_t i = 0; i + 1 < path.size(); ++i) {
-            const auto found = path[i] == unknownName || path[i + 1] == unknownName
-                                   ? m_links.end()
-                                   : m_links.find({path[i], path[i + 1]});
+            const auto found = m_links.find({path[i], path[i + 1]}); // none of an unknown name
             const int node = path[i] == unknownName ? unknownNode : path[i];
             const int next = path[i + 1] == unknownName ? unknownNode : path[i + 1];
             if (found == m_links.end())

@@ -1,6 +1,7 @@
 #include "verification/PortUse.h"
 
 #include <algorithm>
+#include <limits>
 #include <tuple>
 
 namespace verification
@@ -162,12 +163,12 @@ void PortUse::findSlotsBeyondCycle(FindingList& findings) const
     for (size_t first = 0; first < m_uses.size();) {
         const size_t last = endOfPort(first);
         std::vector<Transmission> transmissions;
-        qint64 slot = 0;
+        qint64 slot = std::numeric_limits<qint64>::max();
         for (size_t i = first; i < last; ++i) {
             const Use& use = m_uses[i];
             if (use.slot >= 0 && use.slot <= lastSlot)
                 continue;
-            slot = transmissions.empty() ? use.slot : std::min(slot, use.slot);
+            slot = std::min(slot, use.slot);
             transmissions.push_back(use.transmission);
         }
         std::sort(transmissions.begin(), transmissions.end());

@@ -79,7 +79,7 @@ private:
     {
         ScheduledHop hop;
         hop.inport = ScheduledHop::noPort;
-        if (!talker || !readSending(talker, hop))
+        if (!readSending(talker, hop))
             return false;
         m_schedule.hops.push_back(hop);
         return true;

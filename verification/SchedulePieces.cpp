@@ -20,20 +20,17 @@ bool SchedulePieces::Piece::hasLooseBracket() const
 
 SchedulePieces::SchedulePieces(const QByteArray& bytes)
     : m_bytes(bytes),
-      m_frame(true, tinyxml2::PRESERVE_WHITESPACE)
+      m_frame(true, tinyxml2::PRESERVE_WHITESPACE),
+      m_isUsual(takeApart())
 {
-    m_isUsual = takeApart();
 }
 
 // Comments, declarations and the like can hide what looks like an element, and a null character
 // ends a document early. Inside of an instance they are left to whoever parses it.
 bool SchedulePieces::takeApart()
 {
-    const int flowsBegin = m_bytes.indexOf("<flows");
-    if (flowsBegin < 0)
-        return false;
-    const char* place = m_bytes.constData() + flowsBegin;
-    if (!skipText(place, "<flows>"))
+    const char* place = std::strstr(m_bytes.constData(), "<flows");
+    if (!place || !skipText(place, "<flows>"))
         return false;
     const char* begin = place;
     while (skipText(place, "<flow>")) {
@@ -51,8 +48,7 @@ bool SchedulePieces::takeApart()
 // What stands behind the flows is the end of the root and nothing else.
 bool SchedulePieces::parseFrame(const QByteArray& frame)
 {
-    const int flowsEnd = frame.indexOf("</flows>");
-    if (flowsEnd < 0 || frame.mid(flowsEnd).count('<') != 2 || frame.contains("<!") ||
+    if (frame.mid(frame.indexOf("</flows>")).count('<') != 2 || frame.contains("<!") ||
         frame.contains("<?") || frame.contains('\0'))
         return false;
     const tinyxml2::XMLError error =
@@ -70,10 +66,10 @@ bool SchedulePieces::takeFlow(const char*& place)
         const char* begin = place;
         if (!skipText(place, "<Instance>"))
             return false;
-        const int end = m_bytes.indexOf(instanceEnd, static_cast<int>(place - m_bytes.constData()));
-        if (end < 0)
+        const char* end = std::strstr(place, instanceEnd);
+        if (!end)
             return false;
-        place = m_bytes.constData() + end + std::strlen(instanceEnd);
+        place = end + std::strlen(instanceEnd);
         if (*place != '>')
             return false;
         ++place;

@@ -45,7 +45,7 @@ private:
     const QByteArray& m_bytes;
     tinyxml2::XMLDocument m_frame;
     std::vector<Piece> m_instances;
-    bool m_isUsual = false;
+    const bool m_isUsual;
 };
 
 } // namespace verification

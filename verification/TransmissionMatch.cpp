@@ -82,10 +82,8 @@ qint64 commonCycle(const Network& network)
             flow.state == FlowState::Taken || flow.state == FlowState::LeadingNumberZero;
         if (!counts || flow.period_us <= 0)
             continue;
-        if (cycle == 0) {
+        if (cycle == 0)
             cycle = flow.period_us;
-            continue;
-        }
         const qint64 factor = flow.period_us / std::gcd(cycle, flow.period_us);
         cycle = cycle > endless / factor ? endless : cycle * factor;
     }

@@ -25,10 +25,6 @@ static QColor randomColor()
 
 static QColor unusedColor(QList<QColor>& used)
 {
-    if (used.size() >= colorCount) {
-        used.clear();
-        return QColor();
-    }
     QColor color = randomColor();
     while (used.contains(color))
         color = randomColor();

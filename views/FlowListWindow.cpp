@@ -14,7 +14,7 @@ FlowListWindow::FlowListWindow(QWidget* parent)
       listView(new QListView),
       model(new QStandardItemModel(this))
 {
-    qRegisterMetaType<ItemData>("ItemData");
+    qRegisterMetaType<ItemData>();
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("centralWidget"));
     central->setStyleSheet(QStringLiteral("QWidget#centralWidget{\nbackground-color: white;\n}"));

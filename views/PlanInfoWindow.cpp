@@ -48,7 +48,7 @@ void PlanInfoWindow::createToolBars()
 QWidget* PlanInfoWindow::createPage(const QString& variant, TimeSlotInfo*& table)
 {
     auto* page = new QSplitter(Qt::Vertical);
-    table = new TimeSlotInfo(page);
+    table = new TimeSlotInfo(nullptr);
     table->setObjectName(planPanel::grid(variant));
     page->addWidget(table);
     auto* flows = new FlowListWindow(nullptr); // becomes a part of the page only by being added

@@ -79,7 +79,6 @@ TimeSlotInfo::TimeSlotInfo(QWidget* parent)
       backgroundColor(Qt::white),
       textColor(10, 10, 10)
 {
-    clear();
 }
 
 void TimeSlotInfo::setupSlotTable(const PortSchedule& ports, int slotCount)
@@ -113,7 +112,7 @@ void TimeSlotInfo::labelColumns()
     const QSignalBlocker blocker(model());
     const int count = columnCount();
     int column = 0;
-    while (column < count && horizontalHeaderItem(column))
+    while (horizontalHeaderItem(column))
         ++column;
     for (; column < count; ++column)
         setHorizontalHeaderItem(column, new ColumnLabel(column));
@@ -124,8 +123,7 @@ void TimeSlotInfo::setSlotCell(int row, int slot, int flowID)
     if (slot < 0 || slot >= columnCount() - 1 || row < 0 || row >= rowCount())
         return;
     auto* bar = new CellWidget<QProgressBar>(viewport());
-    bar->setRange(0, 100);
-    bar->setValue(25);
+    bar->setValue(25); // of the usual hundred
     bar->setTextVisible(false);
     setCell(row, slot + 1, bar); // before the style sheet, which every new parent would read anew
     const QString shape =

@@ -5,6 +5,7 @@
 #include "tests/support/Documents.h"
 #include "tests/support/Failure.h"
 #include "tests/support/RandomSource.h"
+#include "tests/verification/SpokenRecords.h"
 
 #include <QDir>
 #include <QtTest>
@@ -47,9 +48,7 @@ void checkPieces(const QByteArray& output, const tinyxml2::XMLDocument& tree,
     PlanRecords byPieces;
     if (!readScheduleByPieces(output, byPieces.schedule, byPieces.damage))
         return;
-    if (tree.Error() || byPieces.schedule.hops.size() != plan.schedule.hops.size() ||
-        byPieces.schedule.transmissions.size() != plan.schedule.transmissions.size() ||
-        byPieces.schedule.cycle_us != plan.schedule.cycle_us ||
+    if (tree.Error() || linesOf(byPieces.schedule) != linesOf(plan.schedule) ||
         !std::equal(byPieces.damage.rbegin(), byPieces.damage.rend(), plan.damage.rbegin()))
         failTest("pieces and tree differ: " + output);
 }

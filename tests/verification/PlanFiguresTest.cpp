@@ -23,6 +23,40 @@ static PlanFigures figuresOfCase(const char* name)
     return figuresOf(planOf(name));
 }
 
+namespace
+{
+
+/// When a frame comes and goes, and at which port it comes.
+struct Row {
+    int receive = 0;
+    int send = 0;
+    int inport = 1;
+    int node = 12;
+};
+
+/// A plan with the one switch 12 and the host 5, and a transmission of these rows.
+PlanRecords planOfRows(const std::vector<Row>& rows, qint64 cycle_us)
+{
+    PlanRecords plan;
+    NetworkNode node;
+    node.nodeID = 5;
+    plan.network.nodes.push_back(node);
+    node.nodeID = 12;
+    node.isSwitch = true;
+    plan.network.nodes.push_back(node);
+    plan.schedule.cycle_us = cycle_us;
+    ScheduledTransmission transmission;
+    transmission.hopCount = rows.size();
+    plan.schedule.transmissions.push_back(transmission);
+    for (const Row& row : rows)
+        plan.schedule.hops.push_back({row.node, row.inport, 1, row.receive, row.send});
+    return plan;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(std::vector<Row>)
+
 class PlanFiguresTest : public QObject
 {
     Q_OBJECT
@@ -37,6 +71,15 @@ private slots:
     void switchHoldsFramesFromArrivalToLeaving();
     void frameHeldOverTheCyclesEndCountsOnBothSides();
     void frameThatBranchesIsHeldOnce();
+    void frameIsHeldInEachSlotBetween_data();
+    void frameIsHeldInEachSlotBetween();
+    void whatIsNoFrameInASwitchIsNotHeld();
+    void switchesAreInTheOrderOfTheirNumbers();
+    void fullestPortIsFirst();
+    void listenerOfTwoBranchesHasTheLatenciesOfBoth();
+    void latencyMayBeLessThanNone();
+    void hopWithoutARowIsNotMeasured();
+    void figuresBeginAtZero();
     void emptyPlanHasNoFigures();
 };
 
@@ -138,6 +181,136 @@ void PlanFiguresTest::frameThatBranchesIsHeldOnce()
                                       plan.schedule.transmissions.begin() + 2);
     for (const SwitchOccupancy& occupancy : figuresOf(plan).switches)
         QCOMPARE(occupancy.mostFrames, qint64(1));
+}
+
+void PlanFiguresTest::frameIsHeldInEachSlotBetween_data()
+{
+    QTest::addColumn<std::vector<Row>>("rows");
+    QTest::addColumn<qint64>("most");
+    QTest::addColumn<qint64>("slot");
+    QTest::addColumn<qint64>("cycle_us");
+    const auto row = [](const char* name, const std::vector<Row>& rows, qint64 most, qint64 slot,
+                        qint64 cycle_us = 4000) {
+        QTest::newRow(name) << rows << most << slot << cycle_us;
+    };
+    row("one", {{3, 5}}, 1, 4);
+    row("one goes as the next one comes", {{3, 5}, {5, 7, 2}}, 1, 4);
+    row("one meets the next one", {{3, 6}, {5, 7, 2}}, 2, 6);
+    row("the first of two meetings counts", {{3, 6}, {5, 7, 2}, {9, 12, 3}, {10, 12, 4}}, 2, 6);
+    row("until the cycle's end", {{17, 19}}, 1, 18);
+    row("until the cycle's end, and from its start", {{17, 19}, {-1, 2, 2}}, 1, 0);
+    row("over the cycle's end", {{18, 22}, {1, 2, 2}}, 2, 2);
+    row("before the cycle", {{-3, 1}, {19, 20, 2}}, 2, 0);
+    row("a whole cycle", {{0, 20}}, 1, 0);
+    row("more than a cycle", {{0, 25}}, 2, 1);
+    row("more than two cycles", {{0, 45}, {3, 4, 2}}, 4, 4);
+    row("to a microsecond behind the cycle's start", {{18, 19}}, 1, 0, 3999);
+    row("a whole cycle from its start", {{-1, 19}}, 1, 0);
+    row("before the cycle is at its end", {{-3, 1}, {17, 19, 2}}, 2, 18);
+    row("who has gone counts no more", {{3, 5}, {6, 9, 2}, {7, 9, 3}}, 2, 8);
+    row("cycle of a microsecond", {{3, 5}}, 400, 0, 1);
+    row("two rows of one port", {{3, 5}, {2, 8}}, 1, 3);
+    row("two rows of one port until the last", {{3, 5}, {2, 8}, {6, 7, 2}}, 2, 7);
+    row("two rows of one port from the first", {{3, 8}, {2, 5}, {1, 3, 2}}, 2, 3);
+    row("rows of two ports in any order", {{3, 5, 2}, {3, 6, 1}, {4, 5, 2}, {3, 5, 1}}, 2, 4);
+}
+
+void PlanFiguresTest::frameIsHeldInEachSlotBetween()
+{
+    QFETCH(std::vector<Row>, rows);
+    QFETCH(qint64, cycle_us);
+    const std::vector<SwitchOccupancy> switches = figuresOf(planOfRows(rows, cycle_us)).switches;
+    QCOMPARE(switches.size(), size_t(1));
+    QCOMPARE(switches[0].node, 12);
+    QTEST(switches[0].mostFrames, "most");
+    QTEST(switches[0].slot, "slot");
+}
+
+void PlanFiguresTest::whatIsNoFrameInASwitchIsNotHeld()
+{
+    const std::vector<Row> rows{
+        {3, 3}, {5, 3, 2}, {3, 5, FlowHop::noPort}, {3, 5, 1, 5}, {3, 5, 1, 99}};
+    QVERIFY(figuresOf(planOfRows(rows, 4000)).switches.empty());
+    for (const qint64 cycle_us : {0, -4000})
+        QVERIFY(figuresOf(planOfRows({{3, 5}}, cycle_us)).switches.empty());
+}
+
+void PlanFiguresTest::switchesAreInTheOrderOfTheirNumbers()
+{
+    std::vector<Row> rows;
+    for (const int node : {31, 3, 12, 100, 7, 55})
+        rows.push_back({3, 5, 1, node});
+    PlanRecords plan = planOfRows(rows, 4000);
+    for (const Row& row : rows) {
+        NetworkNode node;
+        node.nodeID = row.node;
+        node.isSwitch = true;
+        plan.network.nodes.push_back(node);
+    }
+    QList<int> nodes;
+    for (const SwitchOccupancy& occupancy : figuresOf(plan).switches)
+        nodes.append(occupancy.node);
+    QCOMPARE(nodes, (QList<int>{3, 7, 12, 31, 55, 100}));
+}
+
+void PlanFiguresTest::fullestPortIsFirst()
+{
+    PlanRecords plan = planOf("sound-plan");
+    plan.schedule.hops[3].outport = 4;
+    QStringList loads;
+    for (const PortLoad& load : figuresOf(plan).loads)
+        loads.append(QStringLiteral("%1.%2 %3").arg(load.node).arg(load.port).arg(load.usedSlots));
+    QCOMPARE(loads, (QStringList{QStringLiteral("11.2 3"), QStringLiteral("12.2 3"),
+                                 QStringLiteral("1.1 2"), QStringLiteral("1.4 1"),
+                                 QStringLiteral("12.3 1")}));
+}
+
+void PlanFiguresTest::listenerOfTwoBranchesHasTheLatenciesOfBoth()
+{
+    PlanRecords plan = planOf("sound-plan");
+    std::vector<FlowEnd>& ends = plan.network.flows[1].ends;
+    ends.insert(ends.begin(), {1, 1, 0});
+    const FlowLatency latency = figuresOf(plan).latencies[2];
+    QCOMPARE(latency.transmissions, size_t(2));
+    QCOMPARE(latency.smallest, qint64(1));
+    QCOMPARE(latency.largest, qint64(2));
+    QCOMPARE(latency.jitter(), qint64(1));
+}
+
+// Only of a plan with faults.
+void PlanFiguresTest::latencyMayBeLessThanNone()
+{
+    PlanRecords plan = planOf("sound-plan");
+    plan.schedule.hops[2].sendSlot = -5;
+    plan.schedule.hops[5].sendSlot = 6;
+    const FlowLatency latency = figuresOf(plan).latencies[0];
+    QCOMPARE(latency.smallest, qint64(-5));
+    QCOMPARE(latency.largest, qint64(-4));
+}
+
+void PlanFiguresTest::hopWithoutARowIsNotMeasured()
+{
+    QCOMPARE(figuresOfCase("talker-row-missing").latencies[0].transmissions, size_t(1));
+    PlanRecords plan = planOf("sound-plan");
+    --plan.schedule.transmissions[2].hopCount;
+    QCOMPARE(figuresOf(plan).loads.size(), size_t(3));
+    const std::vector<FlowLatency> latencies = figuresOf(plan).latencies;
+    QCOMPARE(latencies.size(), size_t(2));
+    QCOMPARE(latencies[1].listener, 2);
+    QCOMPARE(latencies[1].flowID, 2);
+}
+
+void PlanFiguresTest::figuresBeginAtZero()
+{
+    const PortLoad load;
+    QVERIFY(load.node == 0 && load.port == 0 && load.usedSlots == 0 && load.cycleSlots == 0);
+    const FlowLatency latency;
+    QVERIFY(latency.flowID == 0 && latency.talker == 0 && latency.listener == 0);
+    QVERIFY(latency.transmissions == 0 && latency.smallest == 0 && latency.largest == 0);
+    QVERIFY(!latency.hasReceiveWindow);
+    const SwitchOccupancy occupancy;
+    QVERIFY(occupancy.node == 0 && occupancy.mostFrames == 0 && occupancy.slot == 0);
+    QCOMPARE(occupancy.buffers, 0);
 }
 
 void PlanFiguresTest::emptyPlanHasNoFigures()

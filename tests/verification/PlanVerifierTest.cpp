@@ -1,4 +1,5 @@
 #include "verification/PlanVerifier.h"
+#include "verification/TransmissionMatch.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
@@ -10,6 +11,7 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
 using namespace verification;
@@ -70,6 +72,8 @@ private slots:
     void severalInputDocumentsAreReadAsOne();
     void fileThatDoesNotLoadIsDamage();
     void slotsBeforeTheCycleAreReadWithTheirSign();
+    void commonCycleIsTheLargestNumberWhenItIsLarger();
+    void transmissionThatNobodyAsksForHasNoNumber();
     void numbersBeyond16BitsOfSeqAreToldApartByOrder();
 };
 
@@ -116,6 +120,15 @@ void PlanVerifierTest::soundPlanIsCounted()
     QCOMPARE(verification.transmissions, size_t(3));
     QCOMPARE(verification.flows, size_t(2));
     QCOMPARE(verification.ports, size_t(4));
+    // A talker's port counts also without a row.
+    QCOMPARE(verifyCase(QStringLiteral("talker-of-two-ports")).ports, size_t(5));
+    PlanRecords one = readPlan({fileOf(QStringLiteral("sound-plan"), "vek_input.xml")},
+                               {fileOf(QStringLiteral("sound-plan"), "vek_output.xml")});
+    one.schedule.transmissions.resize(1);
+    QCOMPARE(verifyPlan(one).ports, size_t(3));
+    const Verification none;
+    QVERIFY(none.sound());
+    QCOMPARE(none.transmissions + none.flows + none.ports, size_t(0));
 }
 
 void PlanVerifierTest::findingCarriesTheNumbersThatDisagree()
@@ -133,6 +146,10 @@ void PlanVerifierTest::findingCarriesTheNumbersThatDisagree()
     QCOMPARE(finding.transmissions[1].flowID, 2);
     QCOMPARE(finding.found, qint64(2));
     QCOMPARE(finding.high, qint64(1));
+    const Finding gap = verifyCase(QStringLiteral("neighbours-without-a-link")).findings.front();
+    QCOMPARE(gap.found, qint64(12));
+    QCOMPARE(gap.low, qint64(0));
+    QCOMPARE(gap.high, qint64(0));
 }
 
 void PlanVerifierTest::faultsStandBeforeRemarks()
@@ -228,6 +245,8 @@ void PlanVerifierTest::fileThatDoesNotLoadIsDamage()
     QCOMPARE(plan.damage.size(), size_t(2));
     QCOMPARE(describe(plan.damage.front()),
              QStringLiteral("fault, damaged document, vek_input.xml: it cannot be opened"));
+    const PlanRecords device = readPlan(QStringList{QStringLiteral("/dev/null")}, QStringList());
+    QCOMPARE(describe(device.damage.front()), describe(plan.damage.front()));
 }
 
 void PlanVerifierTest::slotsBeforeTheCycleAreReadWithTheirSign()
@@ -241,6 +260,43 @@ void PlanVerifierTest::slotsBeforeTheCycleAreReadWithTheirSign()
                  QStringList{QStringLiteral("vek_output.xml")});
     QVERIFY(plan.damage.empty());
     QCOMPARE(plan.schedule.hops.front().sendSlot, qint64(-1));
+}
+
+void PlanVerifierTest::commonCycleIsTheLargestNumberWhenItIsLarger()
+{
+    Network network;
+    QCOMPARE(commonCycle(network), qint64(0));
+    network.flows.resize(1);
+    QCOMPARE(commonCycle(network), qint64(0));
+    network.flows[0].period_us = 1;
+    QCOMPARE(commonCycle(network), qint64(1));
+    for (const qint64 period_us : {4294967291, 4294967279, 4294967291, 4294967231}) {
+        NetworkFlow flow;
+        flow.period_us = period_us;
+        network.flows.push_back(flow);
+    }
+    QCOMPARE(commonCycle(network), std::numeric_limits<qint64>::max());
+    network.flows.resize(1);
+    network.flows[0].period_us = 3037000499;
+    network.flows.push_back(network.flows[0]);
+    network.flows[1].period_us = 3037000498;
+    QCOMPARE(commonCycle(network), qint64(3037000499) * 3037000498);
+}
+
+void PlanVerifierTest::transmissionThatNobodyAsksForHasNoNumber()
+{
+    const QString name = QStringLiteral("transmission-nobody-asks-for");
+    const TransmissionMatch match = matchTransmissions(
+        readPlan({fileOf(name, "vek_input.xml")}, {fileOf(name, "vek_output.xml")}));
+    QCOMPARE(match.places.size(), size_t(4));
+    QCOMPARE(match.places[0].flow, 0);
+    QCOMPARE(match.places[1].number, qint64(1));
+    const auto nobody = std::find_if(match.places.begin(), match.places.end(),
+                                     [](const TransmissionMatch::Place& place) {
+                                         return place.flow == TransmissionMatch::nobody;
+                                     });
+    QVERIFY(nobody != match.places.end());
+    QCOMPARE(nobody->number, qint64(0));
 }
 
 // The count of transmissions has 16 bits in the document, so those from 65536 on repeat numbers.

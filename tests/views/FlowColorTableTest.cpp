@@ -53,6 +53,8 @@ private slots:
         QCOMPARE(flowColor(1007), flowColorTable.at(7));
         QCOMPARE(flowColor(65535), flowColorTable.at(535));
         QCOMPARE(flowColor(-1), flowColorTable.at(999));
+        for (const int flowID : {0, 1000, -1000})
+            QCOMPARE(flowColor(flowID), flowColorTable.at(0));
     }
 
     void secondFillContinuesTheSequence()
@@ -61,6 +63,18 @@ private slots:
         fillFlowColorTable();
         QVERIFY(flowColorTable != before);
         QCOMPARE(flowColorTable.size(), 1000);
+    }
+
+    // The sequence gives a colour twice in its forty-fifth table.
+    void coloursOfEveryTableDiffer()
+    {
+        for (int fill = 0; fill < 60; ++fill) {
+            fillFlowColorTable();
+            QSet<QRgb> seen;
+            for (const QColor& color : flowColorTable)
+                seen.insert(color.rgb());
+            QCOMPARE(seen.size(), 1000);
+        }
     }
 };
 

@@ -287,6 +287,31 @@ private slots:
         }
     }
 
+    void slotBeforeTheCycleIsNoToolTipOfThePort()
+    {
+        ShownGrid grid({{2, {{5, slotSet({-1, 1})}}}}, 5);
+        QVERIFY(!grid.toolTipAt(0, 2).isEmpty());
+        grid.toolTipAt(0, 0);
+        QTRY_VERIFY(!QToolTip::isVisible());
+    }
+
+    void placeWithoutAPortHasNoToolTip()
+    {
+        ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
+        grid.table.setRowCount(2);
+        grid.toolTipAt(1, 2);
+        QTRY_VERIFY(!QToolTip::isVisible());
+        grid.table.showToolTip(QModelIndex());
+        QTRY_VERIFY(!QToolTip::isVisible());
+    }
+
+    void toolTipOfACellIsNotTheGridsOwn()
+    {
+        ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);
+        grid.table.setToolTip(QStringLiteral("grid"));
+        QCOMPARE(grid.toolTipAt(0, 2), QStringLiteral(u"流id 5-0"));
+    }
+
     void toolTipsFollowThePortsThatAreShown()
     {
         ShownGrid grid({{2, {{5, slotSet({1})}}}}, 5);

@@ -47,7 +47,10 @@ def tests_of(build, names):
 
 
 def run(test, cpu_limit, environment):
-    """Runs a test; gives its exit code, None when it took too long, and the processor time in seconds."""
+    """Runs a test up to its first failure.
+
+    Gives its exit code, None when it took too long, and the processor time in seconds.
+    """
     def limit():
         resource.setrlimit(resource.RLIMIT_CPU, (cpu_limit, cpu_limit + 1))
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
@@ -57,15 +60,22 @@ def run(test, cpu_limit, environment):
         everything = {**os.environ, **test.environment, "TMPDIR": folder, "XDG_RUNTIME_DIR": folder,
                       **environment}
         process = subprocess.Popen(test.command, cwd=test.folder, env=everything, preexec_fn=limit,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.DEVNULL, start_new_session=True)
-        code, used = wait_for(process, 20 * cpu_limit)
-    return code, used
+        with process.stdout:
+            return wait_for(process, 20 * cpu_limit)
 
 
 def wait_for(process, seconds):
     end = time.monotonic() + seconds
+    os.set_blocking(process.stdout.fileno(), False)
+    said = b""
     while True:
+        said = said[-16:] + (process.stdout.read() or b"")
+        if b"FAIL!" in said:
+            kill_group(process.pid)
+            process.wait()
+            return 1, 0.0
         pid, status, usage = os.wait4(process.pid, os.WNOHANG)
         if pid:
             process.returncode = os.waitstatus_to_exitcode(status)

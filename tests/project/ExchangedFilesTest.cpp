@@ -81,6 +81,17 @@ private slots:
                  QByteArray("earlier copy"));
     }
 
+    void exportOfWhatIsNoFileCopiesNothing()
+    {
+        QVERIFY(QFile::remove(ownInput()));
+        QVERIFY(QFile::link(QStringLiteral("/dev/null"), ownInput()));
+        writeFile(QStringLiteral("copy/other"), QByteArray());
+        exportDocuments(QDir().absoluteFilePath(QStringLiteral("copy")));
+        QVERIFY(!QFile::exists(QStringLiteral("copy/ResourceXML/vek_input.xml")));
+        QCOMPARE(readFile(QStringLiteral("copy/OutputXML/vek_output.xml")),
+                 QByteArray("own output"));
+    }
+
 private:
     static QString ownInput() { return QStringLiteral("ResourceXML/vek_input.xml"); }
     static QString ownOutput() { return QStringLiteral("OutputXML/vek_output.xml"); }

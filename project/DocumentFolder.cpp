@@ -31,11 +31,10 @@ QString outputDocumentPath()
     return pathInFolder(outputFolder(), QStringLiteral("vek_output.xml"));
 }
 
-// Whether a path leads to this document, be it by another name; false when there is none.
+// Whether a path leads to this document, be it by another name, or both to nothing.
 static bool leadsTo(const QString& path, const QString& document)
 {
-    const QString real = QFileInfo(document).canonicalFilePath();
-    return !real.isEmpty() && QFileInfo(path).canonicalFilePath() == real;
+    return QFileInfo(path).canonicalFilePath() == QFileInfo(document).canonicalFilePath();
 }
 
 // The real path of the file is taken first: the document may be the link that leads to it.
@@ -45,8 +44,7 @@ void replaceDocument(const QString& document, const QString& file)
     if (!isLink && leadsTo(file, document))
         return;
     const QString source = QFileInfo(file).canonicalFilePath();
-    if (isLink || QFile::exists(document))
-        QFile::remove(document);
+    QFile::remove(document);
     // Copying a pipe would wait for somebody to fill it.
     if (QFileInfo(source).isFile() && QFile::copy(source, document)) {
         const QFile::Permissions mayWrite = QFile::WriteOwner | QFile::WriteUser;

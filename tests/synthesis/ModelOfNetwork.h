@@ -1,32 +1,21 @@
 #pragma once
 
-#include "synthesis/SearchModel.h"
+#include "synthesis/PlacementSearch.h"
 
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
 
-#include <numeric>
-
-/// A planted network as the search sees it, with all of its flows.
+/// A network as the search sees it, with all of its flows.
 struct ModelOfNetwork {
-    ModelOfNetwork(const PlantedStyle& style, quint64 seed)
-        : network(parsed(documentOf(plantedNetwork(style, seed).draft))),
-          repetition(network.network.context),
-          places(placesOf(network.network.context)),
-          model(network.network.context, repetition, places)
-    {
-    }
+    explicit ModelOfNetwork(const NetworkDraft& draft);
 
     ParsedNetwork network;
     synthesis::Repetition repetition;
     std::vector<std::size_t> places;
     synthesis::SearchModel model;
-
-private:
-    static std::vector<std::size_t> placesOf(const planner::PlanningContext& context)
-    {
-        std::vector<std::size_t> places(context.flows.size());
-        std::iota(places.begin(), places.end(), std::size_t(0));
-        return places;
-    }
 };
+
+/// A cell of a port that two flows have, cell by cell over all turns of their rings; empty when
+/// none has two.
+QString sharedCell(const synthesis::SearchModel& model,
+                   const std::vector<synthesis::Placement>& placements);

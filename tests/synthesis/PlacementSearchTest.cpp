@@ -7,8 +7,6 @@
 
 #include <QtTest>
 
-#include <set>
-
 // The quick search goes the same way on every machine, and what it places does not overlap.
 
 using namespace synthesis;
@@ -42,7 +40,7 @@ PlantedStyle styleOf(quint64 seed)
 /// together, before and after waiting is made less, and one that the reports make.
 QString record(quint64 seed)
 {
-    ModelOfNetwork network(styleOf(seed), seed);
+    ModelOfNetwork network(plantedNetwork(styleOf(seed), seed).draft);
     Options options;
     quint64 reports = 0;
     options.progress = [&reports](const Progress& progress) {
@@ -84,30 +82,6 @@ constexpr const char* recorded[] = {
     "44/44 6132 8f30d2d8 2c",    "15/15 1219 8b5a1b4e f",    "51/52 305000 5b08a63b 660",
 };
 
-/// A cell that two flows have, as text; empty when none has two.
-QString sharedCell(const SearchModel& model, const std::vector<Placement>& placements)
-{
-    quint64 ring = 1;
-    for (const SearchFlow& flow : model.flows())
-        ring = std::lcm(ring, quint64(flow.ring));
-    std::set<std::pair<quint32, quint64>> taken;
-    for (std::size_t number = 0; number < placements.size(); ++number) {
-        if (!placements[number].isSet())
-            continue;
-        const SearchFlow& flow = model.flows()[number];
-        for (const Reservation& own : flow.patterns[placements[number].pattern].reservations) {
-            const quint64 first = model.cellOf(flow, own, placements[number].slot);
-            for (quint64 turn = 0; turn < ring; turn += flow.ring) {
-                for (quint32 i = 0; i < own.length; ++i) {
-                    if (!taken.emplace(own.port, (turn + first + i) % ring).second)
-                        return QStringLiteral("flow %1 on port %2").arg(number).arg(own.port);
-                }
-            }
-        }
-    }
-    return QString();
-}
-
 } // namespace
 
 class PlacementSearchTest : public QObject
@@ -125,7 +99,7 @@ private slots:
     void whatIsPlacedNeverOverlaps()
     {
         for (quint64 seed = 1; seed <= 24; ++seed) {
-            ModelOfNetwork network(styleOf(seed), seed);
+            ModelOfNetwork network(plantedNetwork(styleOf(seed), seed).draft);
             const Options options;
             SearchBudget budget(options, network.places.size());
             PlacementSearch search(network.model, budget);
@@ -147,7 +121,7 @@ private slots:
     {
         int waiting = 0;
         for (quint64 seed = 1; seed <= 24; ++seed) {
-            ModelOfNetwork network(styleOf(seed), seed);
+            ModelOfNetwork network(plantedNetwork(styleOf(seed), seed).draft);
             const Options options;
             SearchBudget budget(options, network.places.size());
             PlacementSearch search(network.model, budget);

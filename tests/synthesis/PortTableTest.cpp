@@ -202,7 +202,7 @@ private slots:
     {
         for (quint64 seed = 1; seed <= 60; ++seed) {
             RandomSource random(seed);
-            ModelOfNetwork network(styleOf(random), seed);
+            ModelOfNetwork network(plantedNetwork(styleOf(random), seed).draft);
             if (network.places.empty())
                 continue;
             Visits visits(seed, network);

@@ -52,18 +52,24 @@ def run(test, cpu_limit, environment):
         resource.setrlimit(resource.RLIMIT_CPU, (cpu_limit, cpu_limit + 1))
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    with tempfile.TemporaryDirectory(prefix="mutation-") as folder:
+    with tempfile.TemporaryDirectory(prefix="mutation-", ignore_cleanup_errors=True) as folder, \
+            tempfile.TemporaryFile() as told:
         os.chmod(folder, 0o1777)  # tests act as another user, too
         everything = {**os.environ, **test.environment, "TMPDIR": folder, "XDG_RUNTIME_DIR": folder,
                       **environment}
         process = subprocess.Popen(test.command, cwd=test.folder, env=everything, preexec_fn=limit,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stdin=subprocess.DEVNULL, stdout=told,
                                    stderr=subprocess.DEVNULL, start_new_session=True)
-        code, used = wait_for(process, 20 * cpu_limit)
+        code, used = wait_for(process, 20 * cpu_limit, told.fileno())
     return code, used
 
 
-def wait_for(process, seconds):
+def tells_of_failure(file):
+    """Whether the program has printed that a test function failed; the others need not run then."""
+    return b"\nFAIL!" in os.pread(file, os.fstat(file).st_size, 0)
+
+
+def wait_for(process, seconds, told):
     end = time.monotonic() + seconds
     while True:
         pid, status, usage = os.wait4(process.pid, os.WNOHANG)
@@ -71,11 +77,12 @@ def wait_for(process, seconds):
             process.returncode = os.waitstatus_to_exitcode(status)
             kill_group(process.pid)
             return process.returncode, usage.ru_utime + usage.ru_stime
-        if time.monotonic() > end:
+        is_late = time.monotonic() > end
+        if is_late or tells_of_failure(told):
             kill_group(process.pid)
             process.wait()
-            return None, seconds
-        time.sleep(0.005)
+            return (None, seconds) if is_late else (1, 0.0)
+        time.sleep(0.02)
 
 
 def kill_group(pid):

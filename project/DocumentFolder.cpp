@@ -54,20 +54,14 @@ void replaceDocument(const QString& document, const QString& file)
 
 void ensureDocumentFolder(const QString& folder)
 {
-    const QDir current; // not by its path, which leads elsewhere where it has a name of odd bytes
-    if (!current.exists(folder))
-        current.mkpath(folder);
+    // Not by its path, which leads elsewhere where it has a name of odd bytes.
+    QDir().mkpath(folder);
 }
 
+// One that is a link goes too, be it to nothing: the next run would write through it.
 void removeOutput(const QString& fileName)
 {
-    QDir folder(QDir::currentPath());
-    if (!folder.cd(outputFolder()))
-        return;
-    const QFileInfo file(folder.filePath(fileName));
-    if (file.exists() ||
-        file.isSymLink()) // the next run would write through one that leads nowhere
-        folder.remove(fileName);
+    QFile::remove(pathInFolder(outputFolder(), fileName));
 }
 
 // Asked by opening it, which changes nothing: what permissions say is for another user at times.

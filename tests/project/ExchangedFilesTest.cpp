@@ -31,6 +31,17 @@ private slots:
         QCOMPARE(readFile(ownOutput()), QByteArray("their output"));
     }
 
+    void copyOfAFileThatMayNotBeWrittenMayBe()
+    {
+        const QFile::Permissions mayRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+        QVERIFY(QFile::setPermissions(theirs("vek_input.xml"), mayRead));
+        QVERIFY(importDocuments(theirs("vek_input.xml"), theirs("vek_output.xml")));
+        const QFile::Permissions all =
+            mayRead | QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther | QFile::ExeOwner;
+        QCOMPARE(QFile::permissions(ownInput()) & all, mayRead | QFile::WriteOwner);
+        QCOMPARE(QFile::permissions(theirs("vek_input.xml")) & all, mayRead);
+    }
+
     void importOfOneDocumentAloneChangesNothing_data()
     {
         QTest::addColumn<QString>("input");

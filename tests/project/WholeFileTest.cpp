@@ -123,12 +123,32 @@ private slots:
         QCOMPARE(readFile(path), QByteArray("new"));
     }
 
+    void nameTooLongForASecondFileIsStillWritten_data()
+    {
+        QTest::addColumn<int>("length");
+        for (const int length : {247, 248, 249, 250, 255})
+            QTest::addRow("%d", length) << length;
+    }
+
     void nameTooLongForASecondFileIsStillWritten()
     {
+        QFETCH(int, length);
         const TemporaryFolder folder;
-        const QString path = folder.path(QString(255, QLatin1Char('n')));
+        const QString path = folder.path(QString(length, QLatin1Char('n')));
         QVERIFY(replaceWhole(path, "new"));
         QCOMPARE(readFile(path), QByteArray("new"));
+    }
+
+    void longestNameWithASecondFileIsReplacedWhole()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(248, QLatin1Char('n')));
+        writeFile(path, "old");
+        {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(path, QByteArray(2000, 'x')));
+        }
+        QCOMPARE(readFile(path), QByteArray("old"));
     }
 
     // A device of the test's own where it may make one: a program that does wrong as the superuser

@@ -1,5 +1,6 @@
 #include "project/DocumentExchange.h"
 #include "project/DocumentFolder.h"
+#include "project/InputDocumentWriter.h"
 
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
@@ -7,7 +8,9 @@
 #include <QDir>
 #include <QtTest>
 
-// What an import and an export do to files, asked for by paths that no form would send.
+#include <tinyxml2.h>
+
+// What an import, an export and a run do to files, asked for in ways that no form would take.
 class ExchangedFilesTest : public QObject
 {
     Q_OBJECT
@@ -73,6 +76,18 @@ private slots:
         QVERIFY(importDocuments(theirs("vek_input.xml"), theirs("vek_output.xml")));
         QCOMPARE(readFile(ownInput()), QByteArray("their input"));
         QCOMPARE(readFile(ownOutput()), QByteArray("their output"));
+    }
+
+    void savedInputKeepsTheRightsOfTheEarlierOne()
+    {
+        const QFile::Permissions mine = QFile::ReadOwner | QFile::WriteOwner;
+        const QFile::Permissions others = QFile::ReadGroup | QFile::ReadOther;
+        QVERIFY(QFile::setPermissions(ownInput(), mine));
+        tinyxml2::XMLDocument document;
+        appendParts(document);
+        saveInputDocument(document);
+        QVERIFY(readFile(ownInput()).startsWith("<vek_input "));
+        QCOMPARE(QFile::permissions(ownInput()) & (mine | others), mine);
     }
 
     void exportToNoFolderChangesNothing()

@@ -244,6 +244,14 @@ private slots:
         QCOMPARE(names[2].isHost, 0);
     }
 
+    void entitiesInNamesAreCharacters()
+    {
+        writeFile(inputFile(), input(node("host", "hostname", 1, "A&amp;B&lt;"), {}));
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(names[1].name, QStringLiteral("\"A&B<\""));
+    }
+
     void firstOfTwoInputDocumentsWins()
     {
         writeFile(inputFile(),

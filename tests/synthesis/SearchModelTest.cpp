@@ -323,6 +323,25 @@ private slots:
             QCOMPARE(flow.isComplete, last >= 9);
         }
     }
+
+    // With one slot of waiting at the second listener the last slot of the ring is missed.
+    void modelThatHasMissedASlotStaysIncomplete()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 2000, u("[0,4000]"), u("[0,4000]"));
+        network.addListener(words("A S T Z"), u("[0,4000]"));
+        ParsedNetwork read = parsed(documentOf(network.draft));
+        PlanningContext& context = read.network.context;
+        VirtualLinkPath& near = context.flows.front().paths.front();
+        VirtualLinkPath& far = context.flows.front().paths.back();
+        near.schedtxwin = far.schedtxwin = window(-3, 9);
+        near.schedrxwin = window(-2, 30);
+        far.schedrxwin = window(-1, 11);
+        SearchModel model(context, Repetition(context), {0});
+        QVERIFY(model.flows().front().isComplete);
+        model.addWaitingPatterns(0);
+        QVERIFY(!model.flows().front().isComplete);
+    }
 };
 
 QTEST_GUILESS_MAIN(SearchModelTest)

@@ -35,6 +35,15 @@ static ParsedNetwork hardNetwork()
     return parsed(documentOf(plantedNetwork(style, 1).draft));
 }
 
+/// Every second slot and every third one of a port, which always meet, though there is room.
+static TestNetwork endless()
+{
+    TestNetwork network;
+    network.addFlow(words("A S T Z"), 400, u("[0,400]"), u("[0,4000]"));
+    network.addFlow(words("B S T Z"), 600, u("[0,600]"), u("[0,4000]"));
+    return network;
+}
+
 class WindowSynthesisTest : public QObject
 {
     Q_OBJECT
@@ -252,6 +261,36 @@ private slots:
         QVERIFY(!spent.unplaced.empty());
         QVERIFY(std::is_sorted(spent.unplaced.begin(), spent.unplaced.end()));
         QVERIFY(last > 0);
+    }
+
+    void slotsThatAlwaysMeetAreProvenToHaveNoPlan()
+    {
+        const auto spent = std::get<BudgetSpent>(search(endless()));
+        QVERIFY(spent.noneWithoutOverlap);
+        QCOMPARE(spent.unplaced.size(), std::size_t(1));
+    }
+
+    // A hundredth of the steps without getting better, then the intervals, then a quarter.
+    void stagesTakeTheirShareOfTheSteps()
+    {
+        TestNetwork network = endless();
+        network.addFlow(words("A S Y"), 200 * 256, u("[0,400]"), u("[0,4000]"));
+        network.addFlow(words("A S Y"), 200 * 257, u("[0,400]"), u("[0,4000]")); // no clauses
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        quint64 reports = 0;
+        quint64 last = 0;
+        quint32 digest = 0;
+        Options options;
+        options.steps = 40000000;
+        options.progress = [&](const Progress& progress) {
+            ++reports;
+            last = progress.steps;
+            digest = digest * 31 + static_cast<quint32>(progress.steps);
+            return true;
+        };
+        const auto spent = std::get<BudgetSpent>(synthesizeWindows(read.network.context, options));
+        QVERIFY(!spent.noneWithoutOverlap);
+        QCOMPARE(QStringLiteral("%1 %2 %3").arg(reports).arg(last).arg(digest), QString());
     }
 
     void sameNetworkGivesTheSamePlan()

@@ -203,16 +203,33 @@ private slots:
 
     void missingElementIsPassedOver_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        for (const char* name :
-             {"schedCycle", "slotLen", "flows", "flowID", "path_slot", "talker", "bridges",
-              "listeners", "nodeID", "inport", "outport", "txslotID", "rxslotID"})
-            QTest::newRow(name) << QByteArray(name);
+        QTest::addColumn<int>("times");
+        QTest::addColumn<QList<int>>("sending");
+        QTest::addColumn<QList<int>>("receiving");
+        const QList<int> none;
+        const QList<int> senders{1, 11};
+        const QList<int> receivers{2, 11};
+        QTest::newRow("schedCycle") << 1 << senders << receivers;
+        QTest::newRow("slotLen") << 1 << senders << receivers;
+        QTest::newRow("flows") << 1 << none << none;
+        QTest::newRow("flowID") << 1 << none << none;
+        QTest::newRow("path_slot") << 1 << none << none;
+        QTest::newRow("talker") << 1 << QList<int>{11} << receivers;
+        QTest::newRow("bridges") << 1 << QList<int>{1} << QList<int>{2};
+        QTest::newRow("listeners") << 1 << senders << QList<int>{11};
+        QTest::newRow("nodeID") << 4 << none << none;
+        QTest::newRow("inport") << 2 << senders << none;
+        QTest::newRow("outport") << 2 << none << receivers;
+        QTest::newRow("txslotID") << 2 << none << receivers;
+        QTest::newRow("rxslotID") << 2 << senders << none;
     }
 
     void missingElementIsPassedOver()
     {
-        QFETCH(QByteArray, name);
+        QFETCH(int, times);
+        QFETCH(QList<int>, sending);
+        QFETCH(QList<int>, receiving);
+        const QByteArray name = QTest::currentDataTag();
         const LogCapture log;
         QByteArray text =
             output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6)));
@@ -221,12 +238,12 @@ private slots:
         Schedule schedule;
         schedule.read();
         QCOMPARE(log.lines().size(), 1);
-        QVERIFY(log.lines().first().startsWith(QStringLiteral("vek_output.xml:")));
-        QVERIFY(log.lines().first().contains(QString::fromUtf8(name)));
-        if (name == "bridges") {
-            QCOMPARE(schedule.send.keys(), QList<int>{1});
-            QCOMPARE(schedule.receive.keys(), QList<int>{2});
-        }
+        const QString line =
+            QStringLiteral("vek_output.xml: %1 elements are missing, the first is \"%2\" in \"");
+        QVERIFY(log.lines().first().startsWith(line.arg(times).arg(QString::fromUtf8(name))));
+        QVERIFY(log.lines().first().endsWith(QLatin1String("\" of line 1")));
+        QCOMPARE(schedule.send.keys(), sending);
+        QCOMPARE(schedule.receive.keys(), receiving);
     }
 
     void firstNameOfANumberWinsAndHostsComeFirst()

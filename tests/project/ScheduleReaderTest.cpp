@@ -4,6 +4,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <memory>
 
@@ -241,6 +242,8 @@ private slots:
         const QString line =
             QStringLiteral("vek_output.xml: %1 elements are missing, the first is \"%2\" in \"");
         QVERIFY(log.lines().first().startsWith(line.arg(times).arg(QString::fromUtf8(name))));
+        if (name == "nodeID") // of several
+            QVERIFY(log.lines().first().contains(u("in \"talker\" of")));
         QVERIFY(log.lines().first().endsWith(QLatin1String("\" of line 1")));
         QCOMPARE(schedule.send.keys(), sending);
         QCOMPARE(schedule.receive.keys(), receiving);
@@ -281,16 +284,65 @@ private slots:
         QCOMPARE(names[2].name, QStringLiteral("\"B\""));
     }
 
+    void incompleteInputGivesTheNamesItHas_data()
+    {
+        QTest::addColumn<QStringList>("named");
+        QTest::addColumn<QString>("line");
+        const auto row = [](const char* name, const QStringList& named, const char* line) {
+            QTest::newRow(name) << named << QString::fromLatin1(line);
+        };
+        row("topology", {}, "1 elements are missing, the first is \"topology\" in \"vek_input\"");
+        row("hosts", {u("2 \"S\"")},
+            "1 elements are missing, the first is \"hosts\" in \"topology\"");
+        row("switches", {u("1 \"A\"")},
+            "1 elements are missing, the first is \"switches\" in \"topology\"");
+        row("hostname", {u("1 "), u("2 \"S\"")},
+            "1 elements are missing, the first is \"hostname\" in \"host\"");
+        row("nodeID", {}, "2 elements are missing, the first is \"nodeID\" in \"host\"");
+        row("flows", {u("1 \"A\""), u("2 \"S\"")},
+            "1 elements are missing, the first is \"flows\" in \"vek_input\"");
+    }
+
     void incompleteInputGivesTheNamesItHas()
     {
-        const LogCapture log;
-        QByteArray text = input(node("host", "hostname", 1, "A"), {});
-        text.replace("switches>", "other>").replace("<flows/>", "");
+        QFETCH(QStringList, named);
+        QFETCH(QString, line);
+        const QByteArray name = QTest::currentDataTag();
+        QByteArray text =
+            input(node("host", "hostname", 1, "A"), node("switch", "switchname", 2, "S"));
+        text.replace("<" + name, "<other").replace("</" + name, "</other");
         writeFile(inputFile(), text);
+        const LogCapture log;
         NodeNames names;
         readNodeNames(names);
-        QCOMPARE(names.keys(), QList<int>{1});
-        QCOMPARE(log.lines().size(), 1);
+        QCOMPARE(log.lines(), QStringList{u("vek_input.xml: ") + line + u(" of line 1")});
+        QStringList spoken;
+        for (auto each = names.cbegin(); each != names.cend(); ++each)
+            spoken.append(QStringLiteral("%1 %2").arg(QString::number(each.key()), each->name));
+        QCOMPARE(spoken, named);
+    }
+
+    void completeDocumentsLeaveNoLine()
+    {
+        writeFile(outputFile(),
+                  output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6))));
+        writeFile(inputFile(), input(node("host", "hostname", 1, "A"), {}));
+        const LogCapture log;
+        Schedule().read();
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void numbersThatAreMissingOrNoneAreZero()
+    {
+        const LogCapture quiet;
+        writeFile(outputFile(), "<vek_output><slotLen>many</slotLen><flows/></vek_output>");
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.schedCycle, 0);
+        QCOMPARE(schedule.slotLen, 0);
+        QCOMPARE(schedule.slotCount, 0);
     }
 
 private:

@@ -59,6 +59,16 @@ private slots:
         QCOMPARE(filesIn(folder.path(QString())), QStringList{u("file")});
     }
 
+    void fullDiskLeavesNoPartOfANewFile()
+    {
+        const TemporaryFolder folder;
+        {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(folder.path(u("file")), QByteArray(2000, 'x')));
+        }
+        QCOMPARE(filesIn(folder.path(QString())), QStringList());
+    }
+
     void killAtAnySystemCallLeavesTheOldFileOrTheNewOne()
     {
         if (!canTraceChildren())
@@ -135,8 +145,10 @@ private slots:
         QFETCH(int, length);
         const TemporaryFolder folder;
         const QString path = folder.path(QString(length, QLatin1Char('n')));
-        QVERIFY(replaceWhole(path, "new"));
-        QCOMPARE(readFile(path), QByteArray("new"));
+        QVERIFY(replaceWhole(path, "first and longer"));
+        QCOMPARE(readFile(path), QByteArray("first and longer"));
+        QVERIFY(replaceWhole(path, "second"));
+        QCOMPARE(readFile(path), QByteArray("second"));
     }
 
     void longestNameWithASecondFileIsReplacedWhole()

@@ -118,6 +118,7 @@ class Trials:
         self.last_killers = {}
         self.lock = threading.Lock()
         self.done = 0
+        self.is_stopped = False
 
     def record_all(self):
         count = max(site.number for site in self.sites) + 1
@@ -130,14 +131,20 @@ class Trials:
         return any(test.reached[site.number] for test in self.tests)
 
     def run_all(self, report):
+        """The outcomes in the order of the sites; of those judged so far, when stop() was called."""
         def judge(site):
+            if self.is_stopped:
+                return None
             outcome = self.judge(site)
             with self.lock:
                 self.done += 1
                 report(self.done, outcome)
             return outcome
         with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
-            return list(pool.map(judge, self.sites))
+            return [outcome for outcome in pool.map(judge, self.sites) if outcome]
+
+    def stop(self, *_):
+        self.is_stopped = True
 
     def judge(self, site):
         tests = [test for test in self.tests if test.reached[site.number]]

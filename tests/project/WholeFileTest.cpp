@@ -151,6 +151,16 @@ private slots:
         QCOMPARE(readFile(path), QByteArray("second"));
     }
 
+    void fullDiskIsNoticedWithoutASecondFileToo()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(255, QLatin1Char('n')));
+        for (const int size : {2000, 100000}) {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(path, QByteArray(size, 'x')));
+        }
+    }
+
     void longestNameWithASecondFileIsReplacedWhole()
     {
         const TemporaryFolder folder;

@@ -102,6 +102,16 @@ private slots:
         QCOMPARE(readFile(folder.path(u("elsewhere/file"))), QByteArray("new"));
     }
 
+    void nameBehindALinkMayBeTooLongForASecondFile()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(255, QLatin1Char('n')));
+        writeFile(path, "old");
+        QVERIFY(QFile::link(path, folder.path(u("link"))));
+        QVERIFY(replaceWhole(folder.path(u("link")), "new"));
+        QCOMPARE(readFile(path), QByteArray("new"));
+    }
+
     void permissionsStay()
     {
         const TemporaryFolder folder;

@@ -270,6 +270,58 @@ private slots:
         QCOMPARE(spent.unplaced.size(), std::size_t(1));
     }
 
+    void ownWindowsAreTakenWhereTheRulesNeedNoHelp()
+    {
+        int calls = 0;
+        Options options;
+        options.isFaultless = [&calls](const Found& plan, const QByteArray& output) {
+            ++calls;
+            return plan.restsOnResolution && output.contains("<txslotID>");
+        };
+        const auto plan = std::get<Found>(search(endless(), options));
+        QCOMPARE(calls, 1);
+        QVERIFY(plan.restsOnResolution);
+        QCOMPARE(plan.waiting, qint64(0));
+        QCOMPARE(plan.flows[0].send.start, 0);
+        QCOMPARE(plan.flows[0].send.end, 1);
+        QCOMPARE(plan.flows[1].send.end, 2);
+        QCOMPARE(plan.flows[1].receive.size(), std::size_t(1));
+        QCOMPARE(plan.flows[1].receive[0].start, 0);
+        QCOMPARE(plan.flows[1].receive[0].end, 19);
+    }
+
+    void planThatTheJudgeRefusesIsNone()
+    {
+        int calls = 0;
+        int atRest = 0;
+        Options options;
+        options.isFaultless = [&](const Found& plan, const QByteArray& output) {
+            ++calls;
+            atRest += plan.restsOnResolution && !output.isEmpty();
+            return false;
+        };
+        const auto spent = std::get<BudgetSpent>(search(endless(), options));
+        QVERIFY(spent.noneWithoutOverlap);
+        QCOMPARE(calls, 1); // the own windows; single slots always meet
+        QCOMPARE(atRest, calls);
+    }
+
+    void lastReportTellsThatAllArePlaced()
+    {
+        Progress last;
+        Options options;
+        options.progress = [&last](const Progress& progress) {
+            last = progress;
+            return true;
+        };
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        QVERIFY(std::holds_alternative<Found>(search(network, options)));
+        QCOMPARE(last.placed, std::size_t(2));
+        QCOMPARE(last.total, std::size_t(2));
+    }
+
     // A hundredth of the steps without getting better, then the intervals, then a quarter.
     void stagesTakeTheirShareOfTheSteps()
     {

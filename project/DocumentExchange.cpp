@@ -32,10 +32,8 @@ void exportDocuments(const QString& dirPath)
     if (dirPath.isEmpty())
         return;
     const QDir target(dirPath);
-    for (const QString& folder : {inputFolder(), outputFolder()}) {
-        if (!target.exists(folder))
-            target.mkdir(folder);
-    }
+    for (const QString& folder : {inputFolder(), outputFolder()})
+        target.mkdir(folder);
     copyInto(target, inputFolder(), inputDocumentPath());
     copyInto(target, outputFolder(), outputDocumentPath());
 }

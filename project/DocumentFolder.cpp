@@ -31,11 +31,10 @@ QString outputDocumentPath()
     return pathInFolder(outputFolder(), QStringLiteral("vek_output.xml"));
 }
 
-// Whether a path leads to this document, be it by another name; false when there is none.
+// Whether a path leads to this document, be it by another name, or both to nothing.
 static bool leadsTo(const QString& path, const QString& document)
 {
-    const QString real = QFileInfo(document).canonicalFilePath();
-    return !real.isEmpty() && QFileInfo(path).canonicalFilePath() == real;
+    return QFileInfo(path).canonicalFilePath() == QFileInfo(document).canonicalFilePath();
 }
 
 // The real path of the file is taken first: the document may be the link that leads to it.
@@ -45,8 +44,7 @@ void replaceDocument(const QString& document, const QString& file)
     if (!isLink && leadsTo(file, document))
         return;
     const QString source = QFileInfo(file).canonicalFilePath();
-    if (isLink || QFile::exists(document))
-        QFile::remove(document);
+    QFile::remove(document);
     // Copying a pipe would wait for somebody to fill it.
     if (QFileInfo(source).isFile() && QFile::copy(source, document)) {
         const QFile::Permissions mayWrite = QFile::WriteOwner | QFile::WriteUser;
@@ -56,20 +54,14 @@ void replaceDocument(const QString& document, const QString& file)
 
 void ensureDocumentFolder(const QString& folder)
 {
-    const QDir current; // not by its path, which leads elsewhere where it has a name of odd bytes
-    if (!current.exists(folder))
-        current.mkpath(folder);
+    // Not by its path, which leads elsewhere where it has a name of odd bytes.
+    QDir().mkpath(folder);
 }
 
+// One that is a link goes too, be it to nothing: the next run would write through it.
 void removeOutput(const QString& fileName)
 {
-    QDir folder(QDir::currentPath());
-    if (!folder.cd(outputFolder()))
-        return;
-    const QFileInfo file(folder.filePath(fileName));
-    if (file.exists() ||
-        file.isSymLink()) // the next run would write through one that leads nowhere
-        folder.remove(fileName);
+    QFile::remove(pathInFolder(outputFolder(), fileName));
 }
 
 // Asked by opening it, which changes nothing: what permissions say is for another user at times.
@@ -109,10 +101,8 @@ void forEachDocument(const DocumentPlace& place,
                      const std::function<void(const tinyxml2::XMLElement&)>& read)
 {
     const QByteArray failure = "load " + place.baseName.toUtf8() + ".xml failed!";
-    if (!QDir(QDir::currentPath()).cd(place.folder)) {
+    if (!QDir(QDir::currentPath()).cd(place.folder))
         qDebug() << failure.constData();
-        return;
-    }
     for (const QString& path : documentPaths(place)) {
         if (!readDocument(path, read)) {
             qDebug() << failure.constData();

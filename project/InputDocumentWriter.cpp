@@ -116,7 +116,7 @@ void appendFlow(XMLDocument& doc, XMLElement* flows, const FlowInfo& flow)
 static void removeUnlessOwn(const QString& path)
 {
     const QFileInfo file(path);
-    if (file.isSymLink() || (file.exists() && !file.isFile() && !file.isDir()))
+    if (file.isSymLink() || !file.isFile())
         QFile::remove(path);
 }
 

@@ -38,7 +38,7 @@ private:
         bool hasFlow = true;
         const int flowID = m_reader.number(instance, "flowID", hasFlow);
         const Element pathSlot = m_reader.child(instance, "path_slot");
-        if (!hasFlow || !pathSlot)
+        if (!hasFlow)
             return;
         if (const Element talker = m_reader.child(pathSlot, "talker"))
             enter(m_target.sendNodeInfo, talker, "outport", "txslotID", flowID);

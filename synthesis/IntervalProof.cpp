@@ -75,8 +75,8 @@ public:
         });
         for (std::size_t first = 0; first < m_demands.size(); ++first) {
             const qint64 start = m_demands[first].start;
-            if (m_cycleSlots > 0 && (start < 0 || start >= m_cycleSlots))
-                continue;
+            if (m_cycleSlots > 0 && start >= m_cycleSlots)
+                continue; // the repetition
             if (first > 0 && m_demands[first - 1].start == start)
                 continue;
             if (!budget.spend(stepsPerDemand * m_demands.size()))
@@ -114,8 +114,7 @@ private:
         }
         std::sort(ends.begin(), ends.end());
         for (std::size_t i = 0; i < ends.size(); ++i) {
-            const bool isLastOfSlot = i + 1 == ends.size() || ends[i + 1] != ends[i];
-            if (isLastOfSlot && static_cast<qint64>(i) + 1 > ends[i] - start + 1) {
+            if (static_cast<qint64>(i) > ends[i] - start) {
                 offerInterval(start, ends[i], best);
                 return;
             }

@@ -15,13 +15,10 @@ static constexpr quint32 slot_us = slotLength_us;
 /// A table has this many cells at most for a port: 4 MiB.
 static constexpr quint64 longestRing_cells = quint64(1) << 20;
 
-Repetition::Repetition(const PlanningContext& context) : m_cycle_us(clusterCycleOf(context))
+Repetition::Repetition(const PlanningContext& context)
+    : m_cycle_us(clusterCycleOf(context)),
+      m_cellsPerSlot(slot_us / std::gcd(slot_us, m_cycle_us))
 {
-    const bool anyRecursWithCycle =
-        std::any_of(context.flows.begin(), context.flows.end(),
-                    [this](const TTFlow& flow) { return !recursWithPeriod(flow); });
-    if (anyRecursWithCycle && m_cycle_us > 0)
-        m_cellsPerSlot = slot_us / std::gcd(slot_us, m_cycle_us);
     for (const TTFlow& flow : context.flows) {
         m_instances += m_cycle_us / flow.period;
         m_longestRing = std::max(m_longestRing, quint64(ringLength(flow)));

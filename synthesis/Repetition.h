@@ -41,8 +41,8 @@ public:
 private:
     bool recursWithPeriod(const planner::TTFlow& flow) const;
 
-    quint32 m_cycle_us = 0;
-    quint32 m_cellsPerSlot = 1;
+    quint32 m_cycle_us;
+    quint32 m_cellsPerSlot;
     quint64 m_instances = 0;
     quint64 m_longestRing = 0; ///< cells
 };

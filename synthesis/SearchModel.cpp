@@ -86,7 +86,7 @@ SearchModel::SearchModel(const PlanningContext& context, const Repetition& repet
         SearchFlow added;
         added.place = place;
         added.flow = all[place];
-        added.ring = std::max(1U, repetition.ringLength(*added.flow));
+        added.ring = repetition.ringLength(*added.flow);
         added.ringSlots = added.ring / std::gcd(added.ring, repetition.cellsPerSlot());
         m_flows.push_back(std::move(added));
         WaitingChoices choices(*m_flows.back().flow, context.switchBufferNum);

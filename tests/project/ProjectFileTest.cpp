@@ -286,6 +286,31 @@ private slots:
         QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
     }
 
+    void badStatusFromBeforeComesBackAfterAListThatRunsDry()
+    {
+        QByteArray bytes =
+            ProjectBytes().number(1).number(4).bytes(); // a text of which none is left
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QDataStream stream(&buffer);
+        stream.setStatus(QDataStream::ReadCorruptData);
+        QList<QString> names;
+        readList(stream, names);
+        QVERIFY(names.isEmpty());
+        QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+    }
+
+    void falseCountIsNoneAndPassesOverTheRest()
+    {
+        QByteArray bytes = ProjectBytes().number(3).raw(QByteArray(11, '\0')).bytes();
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QDataStream stream(&buffer);
+        QCOMPARE(readCount(stream, 4), 0);
+        QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+        QVERIFY(buffer.atEnd());
+    }
+
     void badStatusStaysInForceDuringATransaction()
     {
         QByteArray bytes = ProjectBytes().number(1).text(QStringLiteral("A")).bytes();

@@ -4,6 +4,7 @@
 #include "tests/support/GuiTestMain.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <memory>
 
@@ -203,16 +204,33 @@ private slots:
 
     void missingElementIsPassedOver_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        for (const char* name :
-             {"schedCycle", "slotLen", "flows", "flowID", "path_slot", "talker", "bridges",
-              "listeners", "nodeID", "inport", "outport", "txslotID", "rxslotID"})
-            QTest::newRow(name) << QByteArray(name);
+        QTest::addColumn<int>("times");
+        QTest::addColumn<QList<int>>("sending");
+        QTest::addColumn<QList<int>>("receiving");
+        const QList<int> none;
+        const QList<int> senders{1, 11};
+        const QList<int> receivers{2, 11};
+        QTest::newRow("schedCycle") << 1 << senders << receivers;
+        QTest::newRow("slotLen") << 1 << senders << receivers;
+        QTest::newRow("flows") << 1 << none << none;
+        QTest::newRow("flowID") << 1 << none << none;
+        QTest::newRow("path_slot") << 1 << none << none;
+        QTest::newRow("talker") << 1 << QList<int>{11} << receivers;
+        QTest::newRow("bridges") << 1 << QList<int>{1} << QList<int>{2};
+        QTest::newRow("listeners") << 1 << senders << QList<int>{11};
+        QTest::newRow("nodeID") << 4 << none << none;
+        QTest::newRow("inport") << 2 << senders << none;
+        QTest::newRow("outport") << 2 << none << receivers;
+        QTest::newRow("txslotID") << 2 << none << receivers;
+        QTest::newRow("rxslotID") << 2 << senders << none;
     }
 
     void missingElementIsPassedOver()
     {
-        QFETCH(QByteArray, name);
+        QFETCH(int, times);
+        QFETCH(QList<int>, sending);
+        QFETCH(QList<int>, receiving);
+        const QByteArray name = QTest::currentDataTag();
         const LogCapture log;
         QByteArray text =
             output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6)));
@@ -221,12 +239,14 @@ private slots:
         Schedule schedule;
         schedule.read();
         QCOMPARE(log.lines().size(), 1);
-        QVERIFY(log.lines().first().startsWith(QStringLiteral("vek_output.xml:")));
-        QVERIFY(log.lines().first().contains(QString::fromUtf8(name)));
-        if (name == "bridges") {
-            QCOMPARE(schedule.send.keys(), QList<int>{1});
-            QCOMPARE(schedule.receive.keys(), QList<int>{2});
-        }
+        const QString line =
+            QStringLiteral("vek_output.xml: %1 elements are missing, the first is \"%2\" in \"");
+        QVERIFY(log.lines().first().startsWith(line.arg(times).arg(QString::fromUtf8(name))));
+        if (name == "nodeID") // of several
+            QVERIFY(log.lines().first().contains(u("in \"talker\" of")));
+        QVERIFY(log.lines().first().endsWith(QLatin1String("\" of line 1")));
+        QCOMPARE(schedule.send.keys(), sending);
+        QCOMPARE(schedule.receive.keys(), receiving);
     }
 
     void firstNameOfANumberWinsAndHostsComeFirst()
@@ -244,6 +264,14 @@ private slots:
         QCOMPARE(names[2].isHost, 0);
     }
 
+    void entitiesInNamesAreCharacters()
+    {
+        writeFile(inputFile(), input(node("host", "hostname", 1, "A&amp;B&lt;"), {}));
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(names[1].name, QStringLiteral("\"A&B<\""));
+    }
+
     void firstOfTwoInputDocumentsWins()
     {
         writeFile(inputFile(),
@@ -256,16 +284,65 @@ private slots:
         QCOMPARE(names[2].name, QStringLiteral("\"B\""));
     }
 
+    void incompleteInputGivesTheNamesItHas_data()
+    {
+        QTest::addColumn<QStringList>("named");
+        QTest::addColumn<QString>("line");
+        const auto row = [](const char* name, const QStringList& named, const char* line) {
+            QTest::newRow(name) << named << QString::fromLatin1(line);
+        };
+        row("topology", {}, "1 elements are missing, the first is \"topology\" in \"vek_input\"");
+        row("hosts", {u("2 \"S\"")},
+            "1 elements are missing, the first is \"hosts\" in \"topology\"");
+        row("switches", {u("1 \"A\"")},
+            "1 elements are missing, the first is \"switches\" in \"topology\"");
+        row("hostname", {u("1 "), u("2 \"S\"")},
+            "1 elements are missing, the first is \"hostname\" in \"host\"");
+        row("nodeID", {}, "2 elements are missing, the first is \"nodeID\" in \"host\"");
+        row("flows", {u("1 \"A\""), u("2 \"S\"")},
+            "1 elements are missing, the first is \"flows\" in \"vek_input\"");
+    }
+
     void incompleteInputGivesTheNamesItHas()
     {
-        const LogCapture log;
-        QByteArray text = input(node("host", "hostname", 1, "A"), {});
-        text.replace("switches>", "other>").replace("<flows/>", "");
+        QFETCH(QStringList, named);
+        QFETCH(QString, line);
+        const QByteArray name = QTest::currentDataTag();
+        QByteArray text =
+            input(node("host", "hostname", 1, "A"), node("switch", "switchname", 2, "S"));
+        text.replace("<" + name, "<other").replace("</" + name, "</other");
         writeFile(inputFile(), text);
+        const LogCapture log;
         NodeNames names;
         readNodeNames(names);
-        QCOMPARE(names.keys(), QList<int>{1});
-        QCOMPARE(log.lines().size(), 1);
+        QCOMPARE(log.lines(), QStringList{u("vek_input.xml: ") + line + u(" of line 1")});
+        QStringList spoken;
+        for (auto each = names.cbegin(); each != names.cend(); ++each)
+            spoken.append(QStringLiteral("%1 %2").arg(QString::number(each.key()), each->name));
+        QCOMPARE(spoken, named);
+    }
+
+    void completeDocumentsLeaveNoLine()
+    {
+        writeFile(outputFile(),
+                  output(instance(5, talker(1, 0, 3), bridge(11, 1, 3, 2, 4), listener(2, 0, 6))));
+        writeFile(inputFile(), input(node("host", "hostname", 1, "A"), {}));
+        const LogCapture log;
+        Schedule().read();
+        NodeNames names;
+        readNodeNames(names);
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void numbersThatAreMissingOrNoneAreZero()
+    {
+        const LogCapture quiet;
+        writeFile(outputFile(), "<vek_output><slotLen>many</slotLen><flows/></vek_output>");
+        Schedule schedule;
+        schedule.read();
+        QCOMPARE(schedule.schedCycle, 0);
+        QCOMPARE(schedule.slotLen, 0);
+        QCOMPARE(schedule.slotCount, 0);
     }
 
 private:

@@ -59,6 +59,16 @@ private slots:
         QCOMPARE(filesIn(folder.path(QString())), QStringList{u("file")});
     }
 
+    void fullDiskLeavesNoPartOfANewFile()
+    {
+        const TemporaryFolder folder;
+        {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(folder.path(u("file")), QByteArray(2000, 'x')));
+        }
+        QCOMPARE(filesIn(folder.path(QString())), QStringList());
+    }
+
     void killAtAnySystemCallLeavesTheOldFileOrTheNewOne()
     {
         if (!canTraceChildren())
@@ -92,6 +102,16 @@ private slots:
         QCOMPARE(readFile(folder.path(u("elsewhere/file"))), QByteArray("new"));
     }
 
+    void nameBehindALinkMayBeTooLongForASecondFile()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(255, QLatin1Char('n')));
+        writeFile(path, "old");
+        QVERIFY(QFile::link(path, folder.path(u("link"))));
+        QVERIFY(replaceWhole(folder.path(u("link")), "new"));
+        QCOMPARE(readFile(path), QByteArray("new"));
+    }
+
     void permissionsStay()
     {
         const TemporaryFolder folder;
@@ -123,12 +143,44 @@ private slots:
         QCOMPARE(readFile(path), QByteArray("new"));
     }
 
+    void nameTooLongForASecondFileIsStillWritten_data()
+    {
+        QTest::addColumn<int>("length");
+        for (const int length : {247, 248, 249, 250, 255})
+            QTest::addRow("%d", length) << length;
+    }
+
     void nameTooLongForASecondFileIsStillWritten()
+    {
+        QFETCH(int, length);
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(length, QLatin1Char('n')));
+        QVERIFY(replaceWhole(path, "first and longer"));
+        QCOMPARE(readFile(path), QByteArray("first and longer"));
+        QVERIFY(replaceWhole(path, "second"));
+        QCOMPARE(readFile(path), QByteArray("second"));
+    }
+
+    void fullDiskIsNoticedWithoutASecondFileToo()
     {
         const TemporaryFolder folder;
         const QString path = folder.path(QString(255, QLatin1Char('n')));
-        QVERIFY(replaceWhole(path, "new"));
-        QCOMPARE(readFile(path), QByteArray("new"));
+        for (const int size : {2000, 100000}) {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(path, QByteArray(size, 'x')));
+        }
+    }
+
+    void longestNameWithASecondFileIsReplacedWhole()
+    {
+        const TemporaryFolder folder;
+        const QString path = folder.path(QString(248, QLatin1Char('n')));
+        writeFile(path, "old");
+        {
+            const FullDisk full(1000);
+            QVERIFY(!replaceWhole(path, QByteArray(2000, 'x')));
+        }
+        QCOMPARE(readFile(path), QByteArray("old"));
     }
 
     // A device of the test's own where it may make one: a program that does wrong as the superuser

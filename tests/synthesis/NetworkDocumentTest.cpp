@@ -17,7 +17,7 @@ static DraftFlow& addPlain(TestNetwork& network)
     return network.addFlow(words("A S T Z"), 4000, u("[0,4000]"), u("[0,4000]"));
 }
 
-static QStringList named(const TestNetwork& network)
+static QStringList named(const std::vector<ObstructedFlow>& flows)
 {
     static const QMap<Obstacle, const char*> names{{Obstacle::OtherType, "other type"},
                                                    {Obstacle::WrongTalker, "wrong talker"},
@@ -31,10 +31,38 @@ static QStringList named(const TestNetwork& network)
                                                    {Obstacle::PeriodBelowSlot, "period below slot"},
                                                    {Obstacle::CycleTooLong, "cycle too long"}};
     QStringList lines;
-    for (const ObstructedFlow& flow : parsed(documentOf(network.draft)).network.obstructed)
+    for (const ObstructedFlow& flow : flows)
         lines.append(QStringLiteral("%1 %2").arg(QString::number(flow.flow),
                                                  QString::fromLatin1(names.value(flow.obstacle))));
     return lines;
+}
+
+static QStringList named(const TestNetwork& network)
+{
+    return named(parsed(documentOf(network.draft)).network.obstructed);
+}
+
+/// Adds a flow whose frames pass a single switch, or none of them anything.
+static void addFlow(planner::PlanningContext& context, quint16 flowID, quint32 period,
+                    const QList<quint16>& switches)
+{
+    planner::TTFlow flow;
+    flow.flowID = flowID;
+    flow.period = period;
+    for (const quint16 node : switches) {
+        planner::BridgeHop hop;
+        hop.nodeID = node;
+        flow.paths.emplace_back();
+        flow.paths.back().bridges.push_back(hop);
+    }
+    context.flows.push_back(flow);
+}
+
+static void addSwitch(planner::PlanningContext& context, quint16 nodeID, quint16 buffernum)
+{
+    context.switches.emplace_back();
+    context.switches.back().nodeID = nodeID;
+    context.switches.back().buffernum = buffernum;
 }
 
 static WindowBounds boundsOf(const QString& text)
@@ -94,6 +122,42 @@ private slots:
         network.draft.nodes.back().buffernum = 0;
         QCOMPARE(named(network).join(QStringLiteral(", ")),
                  QStringLiteral("0 no buffers, 1 no buffers"));
+    }
+
+    void flowsOfAContextHaveOneObstacleEach()
+    {
+        planner::PlanningContext context;
+        context.switchBufferNum = 4;
+        addSwitch(context, 1, 4);
+        addSwitch(context, 2, 0);
+        addSwitch(context, 1, 0); // the first of a number counts
+        addFlow(context, 0, 1000, {1});
+        addFlow(context, 0, 0, {});
+        addFlow(context, 5, 0, {1});
+        addFlow(context, 6, 1000, {});
+        addFlow(context, 0, 1000, {1}); // no longer at the head, and the only one
+        addFlow(context, 7, 1000, {1});
+        addFlow(context, 7, 1000, {2});
+        addFlow(context, 8, 1000, {1, 2});
+        addFlow(context, 9, 1000, {3}); // no switch
+        addFlow(context, 10, 199, {1});
+        addFlow(context, 11, 200, {1});
+        QCOMPARE(named(obstaclesOf(context)).join(QStringLiteral(", ")),
+                 QStringLiteral("0 leading zero, 1 leading zero, 2 period zero, 3 no path, "
+                                "5 shared number, 6 shared number, 7 no buffers, "
+                                "9 period below slot"));
+    }
+
+    void someObstaclesPreventTheSearch()
+    {
+        for (const Obstacle obstacle :
+             {Obstacle::OtherType, Obstacle::WrongTalker, Obstacle::UnknownListener,
+              Obstacle::BehindDisagreement, Obstacle::LeadingZero})
+            QVERIFY(!preventsSearch(obstacle));
+        for (const Obstacle obstacle :
+             {Obstacle::PeriodZero, Obstacle::NoPath, Obstacle::SharedNumber, Obstacle::NoBuffers,
+              Obstacle::PeriodBelowSlot, Obstacle::CycleTooLong})
+            QVERIFY(preventsSearch(obstacle));
     }
 
     void aDocumentWithoutFlowsElementIsDamaged()

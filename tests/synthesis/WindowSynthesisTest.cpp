@@ -46,6 +46,15 @@ static ParsedNetwork hardNetwork()
     return parsed(documentOf(plantedNetwork(style, 1).draft));
 }
 
+/// Every second slot and every third one of a port, which always meet, though there is room.
+static TestNetwork endless()
+{
+    TestNetwork network;
+    network.addFlow(words("A S T Z"), 400, u("[0,400]"), u("[0,4000]"));
+    network.addFlow(words("B S T Z"), 600, u("[0,600]"), u("[0,4000]"));
+    return network;
+}
+
 class WindowSynthesisTest : public QObject
 {
     Q_OBJECT
@@ -263,6 +272,89 @@ private slots:
         QVERIFY(!spent.unplaced.empty());
         QVERIFY(std::is_sorted(spent.unplaced.begin(), spent.unplaced.end()));
         QVERIFY(last > 0);
+    }
+
+    void slotsThatAlwaysMeetAreProvenToHaveNoPlan()
+    {
+        const auto spent = std::get<BudgetSpent>(search(endless()));
+        QVERIFY(spent.noneWithoutOverlap);
+        QCOMPARE(spent.unplaced.size(), std::size_t(1));
+    }
+
+    void ownWindowsAreTakenWhereTheRulesNeedNoHelp()
+    {
+        int calls = 0;
+        Options options;
+        options.isFaultless = [&calls](const Found& plan, const QByteArray& output) {
+            ++calls;
+            return plan.restsOnResolution && output.contains("<txslotID>");
+        };
+        const auto plan = std::get<Found>(search(endless(), options));
+        QCOMPARE(calls, 1);
+        QVERIFY(plan.restsOnResolution);
+        QCOMPARE(plan.waiting, qint64(0));
+        QCOMPARE(plan.flows[0].send.start, 0);
+        QCOMPARE(plan.flows[0].send.end, 1);
+        QCOMPARE(plan.flows[1].send.end, 2);
+        QCOMPARE(plan.flows[1].receive.size(), std::size_t(1));
+        QCOMPARE(plan.flows[1].receive[0].start, 0);
+        QCOMPARE(plan.flows[1].receive[0].end, 19);
+    }
+
+    void planThatTheJudgeRefusesIsNone()
+    {
+        int calls = 0;
+        int atRest = 0;
+        Options options;
+        options.isFaultless = [&](const Found& plan, const QByteArray& output) {
+            ++calls;
+            atRest += plan.restsOnResolution && !output.isEmpty();
+            return false;
+        };
+        const auto spent = std::get<BudgetSpent>(search(endless(), options));
+        QVERIFY(spent.noneWithoutOverlap);
+        QCOMPARE(calls, 1); // the own windows; single slots always meet
+        QCOMPARE(atRest, calls);
+    }
+
+    void lastReportTellsThatAllArePlaced()
+    {
+        Progress last;
+        Options options;
+        options.progress = [&last](const Progress& progress) {
+            last = progress;
+            return true;
+        };
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        network.addFlow(words("A S Y"), 2000, u("[0,2000]"), u("[0,2000]"));
+        QVERIFY(std::holds_alternative<Found>(search(network, options)));
+        QCOMPARE(last.placed, std::size_t(2));
+        QCOMPARE(last.total, std::size_t(2));
+    }
+
+    // A hundredth of the steps without getting better, then the intervals, then a quarter.
+    void stagesTakeTheirShareOfTheSteps()
+    {
+        TestNetwork network = endless();
+        network.addFlow(words("A S Y"), 200 * 256, u("[0,400]"), u("[0,4000]"));
+        network.addFlow(words("A S Y"), 200 * 257, u("[0,400]"), u("[0,4000]")); // no clauses
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        quint64 reports = 0;
+        quint64 last = 0;
+        quint32 digest = 0;
+        Options options;
+        options.steps = 40000000;
+        options.progress = [&](const Progress& progress) {
+            ++reports;
+            last = progress.steps;
+            digest = digest * 31 + static_cast<quint32>(progress.steps);
+            return true;
+        };
+        const auto spent = std::get<BudgetSpent>(synthesizeWindows(read.network.context, options));
+        QVERIFY(!spent.noneWithoutOverlap);
+        QCOMPARE(QStringLiteral("%1 %2 %3").arg(reports).arg(last).arg(digest),
+                 u("143 29238525 3811170488"));
     }
 
     void sameNetworkGivesTheSamePlan()

@@ -47,45 +47,42 @@ def tests_of(build, names):
 
 
 def run(test, cpu_limit, environment):
-    """Runs a test up to its first failure.
-
-    Gives its exit code, None when it took too long, and the processor time in seconds.
-    """
+    """Runs a test; gives its exit code, None when it took too long, and the processor time in seconds."""
     def limit():
         resource.setrlimit(resource.RLIMIT_CPU, (cpu_limit, cpu_limit + 1))
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    with tempfile.TemporaryDirectory(prefix="mutation-") as folder:
+    with tempfile.TemporaryDirectory(prefix="mutation-", ignore_cleanup_errors=True) as folder, \
+            tempfile.TemporaryFile() as told:
         os.chmod(folder, 0o1777)  # tests act as another user, too
         everything = {**os.environ, **test.environment, "TMPDIR": folder, "XDG_RUNTIME_DIR": folder,
                       **environment}
         process = subprocess.Popen(test.command, cwd=test.folder, env=everything, preexec_fn=limit,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stdin=subprocess.DEVNULL, stdout=told,
                                    stderr=subprocess.DEVNULL, start_new_session=True)
-        with process.stdout:
-            return wait_for(process, 20 * cpu_limit)
+        code, used = wait_for(process, 20 * cpu_limit, told.fileno())
+    return code, used
 
 
-def wait_for(process, seconds):
+def tells_of_failure(file):
+    """Whether the program has printed that a test function failed; the others need not run then."""
+    return b"\nFAIL!" in os.pread(file, os.fstat(file).st_size, 0)
+
+
+def wait_for(process, seconds, told):
     end = time.monotonic() + seconds
-    os.set_blocking(process.stdout.fileno(), False)
-    said = b""
     while True:
-        said = said[-16:] + (process.stdout.read() or b"")
-        if b"FAIL!" in said:
-            kill_group(process.pid)
-            process.wait()
-            return 1, 0.0
         pid, status, usage = os.wait4(process.pid, os.WNOHANG)
         if pid:
             process.returncode = os.waitstatus_to_exitcode(status)
             kill_group(process.pid)
             return process.returncode, usage.ru_utime + usage.ru_stime
-        if time.monotonic() > end:
+        is_late = time.monotonic() > end
+        if is_late or tells_of_failure(told):
             kill_group(process.pid)
             process.wait()
-            return None, seconds
-        time.sleep(0.005)
+            return (None, seconds) if is_late else (1, 0.0)
+        time.sleep(0.02)
 
 
 def kill_group(pid):
@@ -121,6 +118,7 @@ class Trials:
         self.last_killers = {}
         self.lock = threading.Lock()
         self.done = 0
+        self.is_stopped = False
 
     def record_all(self):
         count = max(site.number for site in self.sites) + 1
@@ -133,14 +131,20 @@ class Trials:
         return any(test.reached[site.number] for test in self.tests)
 
     def run_all(self, report):
+        """The outcomes in the order of the sites; of those judged so far, when stop() was called."""
         def judge(site):
+            if self.is_stopped:
+                return None
             outcome = self.judge(site)
             with self.lock:
                 self.done += 1
                 report(self.done, outcome)
             return outcome
         with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
-            return list(pool.map(judge, self.sites))
+            return [outcome for outcome in pool.map(judge, self.sites) if outcome]
+
+    def stop(self, *_):
+        self.is_stopped = True
 
     def judge(self, site):
         tests = [test for test in self.tests if test.reached[site.number]]

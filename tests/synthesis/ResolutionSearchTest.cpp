@@ -1,0 +1,388 @@
+#include "synthesis/ResolutionSearch.h"
+
+#include "planner/search/PairKey.h"
+
+#include "tests/support/RandomSource.h"
+#include "tests/support/Spoken.h"
+#include "tests/support/Text.h"
+#include "tests/synthesis/ModelOfNetwork.h"
+#include "tests/synthesis/TestNetwork.h"
+
+#include <QtTest>
+
+#include <map>
+#include <numeric>
+#include <optional>
+#include <set>
+
+// Which placements are offered for a trial, and which never again after one that failed.
+
+using namespace synthesis;
+
+namespace
+{
+
+/// Two frames that leave together and have to arrive before one could wait out of the other's way.
+NetworkDraft oneMustOverlap()
+{
+    TestNetwork network;
+    network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
+    network.addFlow(words("B S T Z"), 2000, u("[0,200]"), u("[0,1000]"));
+    return network.draft;
+}
+
+/// A cell on a ring of a port; two meet where they agree modulo what divides both rings.
+struct Use {
+    quint32 port; ///< number in the model
+    qint64 cell;
+    qint64 ring;
+};
+
+bool meet(const Use& a, const Use& b)
+{
+    return a.port == b.port && (a.cell - b.cell) % std::gcd(a.ring, b.ring) == 0;
+}
+
+bool meetAny(const std::vector<Use>& some, const std::vector<Use>& others)
+{
+    return std::any_of(some.begin(), some.end(), [&](const Use& one) {
+        return std::any_of(others.begin(), others.end(),
+                           [&](const Use& other) { return meet(one, other); });
+    });
+}
+
+/// What a network allows, by trying.
+class Trier
+{
+public:
+    explicit Trier(const SearchModel& model) : m_model(model) {}
+
+    /// All cells of a flow's windows.
+    std::vector<Use> windows(std::size_t number, const Placement& placement) const
+    {
+        const SearchFlow& flow = m_model.flows()[number];
+        std::vector<Use> uses;
+        for (const Reservation& own : flow.patterns[placement.pattern].reservations) {
+            const qint64 first = m_model.cellOf(flow, own, placement.slot);
+            for (quint32 i = 0; i < own.length; ++i)
+                uses.push_back({own.port, first + i, flow.ring});
+        }
+        return uses;
+    }
+
+    /// The flows whose windows share a cell with those of another one on the port, which is the
+    /// first such one; none when nothing overlaps.
+    std::vector<std::size_t> overlapping(const std::vector<Placement>& placements,
+                                         std::optional<quint32>& port) const
+    {
+        std::set<std::size_t> flows;
+        port.reset();
+        for (quint32 number = 0; number < m_model.portCount() && flows.empty(); ++number) {
+            for (std::size_t a = 0; a < placements.size(); ++a) {
+                for (std::size_t b = 0; b < placements.size(); ++b) {
+                    if (a != b &&
+                        meetAny(on(number, windows(a, placements[a])), windows(b, placements[b])))
+                        flows.insert(a);
+                }
+            }
+            if (!flows.empty())
+                port = planner::pairKey(m_model.portNode(number), m_model.portOutport(number));
+        }
+        return {flows.begin(), flows.end()};
+    }
+
+    /// Whether each hop can have a slot of its own inside its window, in order along the paths.
+    bool isResolvable(const std::vector<Placement>& placements) const
+    {
+        std::vector<Use> taken;
+        return tryFlow(0, placements, taken);
+    }
+
+private:
+    static std::vector<Use> on(quint32 port, const std::vector<Use>& uses)
+    {
+        std::vector<Use> some;
+        std::copy_if(uses.begin(), uses.end(), std::back_inserter(some),
+                     [port](const Use& use) { return use.port == port; });
+        return some;
+    }
+
+    bool tryFlow(std::size_t number, const std::vector<Placement>& placements,
+                 std::vector<Use>& taken) const
+    {
+        if (number == placements.size())
+            return true;
+        for (const std::vector<Use>& uses : waysOf(number, placements[number])) {
+            if (meetAny(uses, taken))
+                continue;
+            const std::size_t before = taken.size();
+            taken.insert(taken.end(), uses.begin(), uses.end());
+            if (tryFlow(number + 1, placements, taken))
+                return true;
+            taken.resize(before);
+        }
+        return false;
+    }
+
+    /// The cells that a flow may use in the end: all of its windows, where they are many on a ring,
+    /// or one slot of each.
+    std::vector<std::vector<Use>> waysOf(std::size_t number, const Placement& placement) const
+    {
+        const SearchFlow& flow = m_model.flows()[number];
+        if (m_model.repetition().cellsPerSlot() > 1 ||
+            m_model.repetition().transmissionsOnRing(*flow.flow) > 1)
+            return {windows(number, placement)};
+        std::vector<std::map<quint32, qint32>> ways{{}}; // slot by port
+        for (const PortWindow& own : m_model.windowsOf(flow, flow.patterns[placement.pattern])) {
+            std::vector<std::map<quint32, qint32>> longer;
+            for (const auto& way : ways) {
+                for (qint32 slot = own.window.start; slot <= own.window.end; ++slot) {
+                    longer.push_back(way);
+                    longer.back()[own.port] = placement.slot + slot;
+                }
+            }
+            ways = longer;
+        }
+        std::vector<std::vector<Use>> uses;
+        for (const auto& way : ways) {
+            if (!goesForward(flow, way))
+                continue;
+            uses.emplace_back();
+            for (const auto& hop : way)
+                uses.back().push_back({m_model.portNumber(hop.first), hop.second, flow.ring});
+        }
+        return uses;
+    }
+
+    bool goesForward(const SearchFlow& flow, const std::map<quint32, qint32>& way) const
+    {
+        for (const planner::VirtualLinkPath& path : flow.flow->paths) {
+            qint32 before = way.at(planner::pairKey(path.talkerNodeID, path.talkerOutport));
+            for (const planner::BridgeHop& hop : path.bridges) {
+                const qint32 slot = way.at(planner::pairKey(hop.nodeID, hop.outport));
+                if (slot <= before || slot - before > m_model.longestWait(hop))
+                    return false;
+                before = slot;
+            }
+        }
+        return true;
+    }
+
+    const SearchModel& m_model;
+};
+
+using Forbidden = std::map<std::size_t, std::pair<quint32, qint32>>; // places by flow
+
+bool contains(const std::vector<Placement>& placements, const Forbidden& forbidden)
+{
+    return std::all_of(forbidden.begin(), forbidden.end(), [&](const auto& flow) {
+        const Placement& own = placements[flow.first];
+        return own.pattern == flow.second.first && own.slot == flow.second.second;
+    });
+}
+
+bool containsAny(const std::vector<Placement>& placements, const std::vector<Forbidden>& all)
+{
+    return std::any_of(all.begin(), all.end(),
+                       [&](const Forbidden& one) { return contains(placements, one); });
+}
+
+/// Calls visit for all ways to place the flows of a model.
+template <typename Visit>
+void forEachPlacement(const SearchModel& model, std::vector<Placement>& placements,
+                      const Visit& visit)
+{
+    if (placements.size() == model.flows().size()) {
+        visit(placements);
+        return;
+    }
+    const SearchFlow& flow = model.flows()[placements.size()];
+    for (quint32 number = 0; number < flow.patterns.size(); ++number) {
+        const Pattern& pattern = flow.patterns[number];
+        for (quint32 i = 0; i < pattern.choices(flow.ringSlots); ++i) {
+            placements.push_back({number, pattern.first + static_cast<qint32>(i)});
+            forEachPlacement(model, placements, visit);
+            placements.pop_back();
+        }
+    }
+}
+
+/// One search in which no trial passes, unless nothing overlaps, compared with all there is.
+class FailingTrials
+{
+public:
+    explicit FailingTrials(SearchModel& model) : m_model(model), m_trier(model)
+    {
+        for (std::size_t flow = 0; flow < model.flows().size(); ++flow)
+            model.addWaitingPatterns(flow);
+    }
+
+    bool isSmall() const
+    {
+        double ways = 1;
+        for (const SearchFlow& flow : m_model.flows()) {
+            double choices = 0;
+            for (const Pattern& pattern : flow.patterns)
+                choices += pattern.choices(flow.ringSlots);
+            ways *= choices;
+        }
+        return ways > 0 && ways <= 2000;
+    }
+
+    QString run()
+    {
+        const Options options;
+        SearchBudget budget(options, m_model.flows().size());
+        ResolutionSearch search(m_model, budget);
+        const auto passed =
+            search.run(options.steps, [this](const auto& placements) { return judge(placements); });
+        if (!m_difference.isEmpty() || !passed.empty())
+            return m_difference;
+        std::vector<Placement> none;
+        forEachPlacement(m_model, none, [this](const std::vector<Placement>& placements) {
+            if (m_trier.isResolvable(placements) && !containsAny(placements, m_forbidden))
+                m_difference = QStringLiteral("some were not offered");
+        });
+        return m_difference;
+    }
+
+    int trials() const { return m_trials; }
+
+private:
+    ResolutionSearch::Verdict judge(const std::vector<Placement>& placements)
+    {
+        ++m_trials;
+        if (!m_trier.isResolvable(placements))
+            m_difference = QStringLiteral("offered what cannot be resolved");
+        if (containsAny(placements, m_forbidden))
+            m_difference = QStringLiteral("offered again what has failed");
+        ResolutionSearch::Verdict verdict;
+        Forbidden forbidden;
+        for (const std::size_t flow : m_trier.overlapping(placements, verdict.failedPort))
+            forbidden[flow] = {placements[flow].pattern, placements[flow].slot};
+        verdict.isFaultless = forbidden.empty();
+        m_forbidden.push_back(forbidden);
+        if (verdict.isFaultless && m_trials > 1)
+            m_difference = QStringLiteral("overlapped although it need not");
+        return verdict;
+    }
+
+    SearchModel& m_model;
+    const Trier m_trier;
+    std::vector<Forbidden> m_forbidden;
+    QString m_difference;
+    int m_trials = 0;
+};
+
+PlantedStyle styleOf(RandomSource& random)
+{
+    static const std::vector<std::vector<quint32>> pools = {{800},      {1000},      {400, 800},
+                                                            {600, 900}, {500, 1000}, {500}};
+    PlantedStyle style;
+    style.shape = random.pick({PlantedStyle::Line, PlantedStyle::Star});
+    style.periods = random.pick(pools);
+    style.switches = random.between(1, 3);
+    style.hosts = random.between(2, 3);
+    style.flows = random.between(2, 4);
+    style.windows = PlantedStyle::Tight;
+    style.reach = random.between(0, 1);
+    style.buffers = random.between(2, 5);
+    style.multicastPercent = 20;
+    style.waitPercent = 60;
+    return style;
+}
+
+/// Lets all talkers send in the same slots.
+void crowd(RandomSource& random, NetworkDraft& draft)
+{
+    const int last = random.between(1, 2) * 200;
+    for (DraftFlow& flow : draft.flows) {
+        flow.txwin = QStringLiteral("[0,%1]").arg(last);
+        for (DraftListener& listener : flow.listeners)
+            listener.rxwin = QStringLiteral("[200,%1]").arg(last + random.between(2, 5) * 200);
+    }
+}
+
+/// "send-receive" of each flow.
+QString spoken(const SearchModel& model, const std::vector<Placement>& placements)
+{
+    QStringList texts;
+    for (std::size_t flow = 0; flow < placements.size(); ++flow) {
+        const Placement& own = placements[flow];
+        const qint32 arrival = own.slot + model.flows()[flow].patterns[own.pattern].delays.front();
+        texts.append(QStringLiteral("%1-%2").arg(own.slot).arg(arrival));
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
+/// All placements that are offered when none passes; the port is named for each that fails.
+QStringList offered(const NetworkDraft& draft, const std::optional<quint32>& failedPort)
+{
+    ModelOfNetwork network(draft);
+    for (std::size_t flow = 0; flow < network.places.size(); ++flow)
+        network.model.addWaitingPatterns(flow);
+    const Options options;
+    SearchBudget budget(options, network.places.size());
+    ResolutionSearch search(network.model, budget);
+    QStringList all;
+    const auto passed = search.run(options.steps, [&](const std::vector<Placement>& placements) {
+        all.append(spoken(network.model, placements));
+        return ResolutionSearch::Verdict{false, failedPort};
+    });
+    all.sort();
+    return passed.empty() ? all : QStringList(u("one has passed"));
+}
+
+} // namespace
+
+class ResolutionSearchTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void placementsThatPassAreTheAnswer()
+    {
+        ModelOfNetwork network(oneMustOverlap());
+        for (std::size_t flow = 0; flow < network.places.size(); ++flow)
+            network.model.addWaitingPatterns(flow);
+        const Options options;
+        SearchBudget budget(options, 2);
+        ResolutionSearch search(network.model, budget);
+        QString seen;
+        const auto passed =
+            search.run(options.steps, [&](const std::vector<Placement>& placements) {
+                seen = spoken(network.model, placements);
+                return ResolutionSearch::Verdict{true, {}};
+            });
+        QCOMPARE(spoken(network.model, passed), seen);
+        QVERIFY(seen == QLatin1String("0-2 0-3") || seen == QLatin1String("0-2 0-4"));
+    }
+
+    // A frame that gets there at once has slot 1 of the port behind S; the other one must wait.
+    void eachPlacementIsOfferedOnce()
+    {
+        QCOMPARE(offered(oneMustOverlap(), {}), (QStringList{u("0-2 0-3"), u("0-2 0-4")}));
+    }
+
+    void offersAreAllThatCanBeResolvedButWhatHasFailed()
+    {
+        int trials = 0;
+        for (quint64 seed = 1; seed <= 300; ++seed) {
+            RandomSource random(seed);
+            PlantedNetwork planted = plantedNetwork(styleOf(random), seed);
+            crowd(random, planted.draft);
+            ModelOfNetwork network(planted.draft);
+            FailingTrials all(network.model);
+            if (!all.isSmall())
+                continue;
+            const QString difference = all.run();
+            QVERIFY2(difference.isEmpty(),
+                     qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(difference)));
+            trials += all.trials();
+        }
+        QVERIFY(trials > 100);
+    }
+};
+
+QTEST_GUILESS_MAIN(ResolutionSearchTest)
+#include "ResolutionSearchTest.moc"

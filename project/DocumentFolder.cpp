@@ -101,8 +101,10 @@ void forEachDocument(const DocumentPlace& place,
                      const std::function<void(const tinyxml2::XMLElement&)>& read)
 {
     const QByteArray failure = "load " + place.baseName.toUtf8() + ".xml failed!";
-    if (!QDir(QDir::currentPath()).cd(place.folder))
+    if (!QDir(QDir::currentPath()).cd(place.folder)) {
         qDebug() << failure.constData();
+        return;
+    }
     for (const QString& path : documentPaths(place)) {
         if (!readDocument(path, read)) {
             qDebug() << failure.constData();

@@ -37,10 +37,8 @@ public:
         window.start = start;
         window.end = end;
         const auto known = m_numbers.emplace(way.back(), m_records.size());
-        if (known.second) {
+        if (known.second)
             m_records.push_back({way, window, window, true});
-            return;
-        }
         PortRecord& record = m_records[known.first->second];
         record.isOneWay = record.isOneWay && record.way == way;
         record.shared.start = std::max(record.shared.start, start);

@@ -30,12 +30,12 @@ static TTFlow narrowed(const TTFlow& flow, const std::vector<qint32>& delays)
     return copy;
 }
 
-/// Whether the rules leave the slots as they are.
-static bool isAccepted(const TTFlow& flow, const std::vector<qint32>& delays, quint16 bufferNum)
+/// Whether the rules leave the receive slots as they are; then they leave the send slot, too.
+static bool isAccepted(const TTFlow& flow, const std::vector<qint32>& delays)
 {
     auto delay = delays.begin();
     return std::all_of(flow.paths.begin(), flow.paths.end(), [&](const VirtualLinkPath& path) {
-        return path.schedrxwin == oneSlot(*delay++) && sendWindowOf(path, bufferNum) == oneSlot(0);
+        return path.schedrxwin == oneSlot(*delay++);
     });
 }
 
@@ -71,7 +71,7 @@ PatternDerivation::windowsFor(const std::vector<qint32>& delays) const
 {
     TTFlow flow = narrowed(m_flow, delays);
     limitReceiveWindows(flow, m_switchBufferNum);
-    if (!isAccepted(flow, delays, m_switchBufferNum))
+    if (!isAccepted(flow, delays))
         return {};
     deriveBridgeWindows(flow, m_switchBufferNum);
     std::vector<PortWindow> talkers;

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 // The complete search: the clauses that it writes, the steps that they cost, and its answers.
 
 using namespace synthesis;
@@ -14,6 +16,13 @@ using Answer = ClauseSolver::Answer;
 
 namespace
 {
+
+std::vector<int> newVariables(ClauseSolver& solver, int count)
+{
+    std::vector<int> variables(static_cast<std::size_t>(count));
+    std::generate(variables.begin(), variables.end(), [&solver] { return solver.newVariable(); });
+    return variables;
+}
 
 /// Clauses that give each of the things one of the places; all variables.
 std::vector<int> placeThings(ClauseSolver& solver, int things, int places)
@@ -45,9 +54,7 @@ private slots:
     {
         for (int count = 0; count < 12; ++count) {
             ClauseSolver solver;
-            std::vector<int> literals;
-            for (int i = 0; i < count; ++i)
-                literals.push_back(solver.newVariable());
+            const std::vector<int> literals = newVariables(solver, count);
             solver.addAtMostOne(literals);
             const Options options;
             SearchBudget budget(options, 0);
@@ -68,9 +75,7 @@ private slots:
         const int variables[] = {0, 1, 2, 3, 4, 5, 11, 13};
         for (int count = 0; count < 8; ++count) {
             ClauseSolver solver;
-            std::vector<int> literals;
-            for (int i = 0; i < count; ++i)
-                literals.push_back(solver.newVariable());
+            const std::vector<int> literals = newVariables(solver, count);
             solver.addAtMostOne(literals);
             QCOMPARE(solver.size(), sizes[count]);
             QCOMPARE(solver.newVariable(), variables[count] + 1);

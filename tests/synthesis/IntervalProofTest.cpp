@@ -102,8 +102,8 @@ std::optional<Overfull> proofByTrying(const PlanningContext& context,
         const std::vector<Demand>& demands = port.second;
         if (cycle > 0 && qint64(demands.size()) > cycle) {
             std::vector<std::size_t> all;
-            for (const Demand& demand : demands)
-                all.push_back(demand.flow);
+            std::transform(demands.begin(), demands.end(), std::back_inserter(all),
+                           [](const Demand& demand) { return demand.flow; });
             offer(best, port.first, 0, cycle - 1, all);
         }
         for (const Demand& demand : demands) {
@@ -285,12 +285,23 @@ private slots:
         QCOMPARE(windowsOf(flow, 4), u("9 [1,4] 1 [5,5] 2 [3,6] 3 [9,12]"));
     }
 
+    // Each could be served alone: the nearer listener too early for the way to the farther one.
+    void portThatBranchesNeedAtDifferentTimesHasNoWindow()
+    {
+        TTFlow flow;
+        flow.paths = {pathOver({1, 2}, 5, window(0, 30), window(0, 10)),
+                      pathOver({1, 2, 3}, 6, window(0, 30), window(20, 40))};
+        QCOMPARE(windowsOf(flow, 4), u("9 [8,8] 3 [20,20]"));
+    }
+
     void branchesThatComeInDifferentWaysHaveWhatEitherAllows()
     {
         TTFlow flow;
         flow.paths = {pathOver({1, 2, 4}, 5, window(0, 3), window(4, 6)),
                       pathOver({3, 4}, 6, window(0, 3), window(9, 11))};
         QCOMPARE(windowsOf(flow, 4), u("9 [1,3] 1 [2,4] 2 [3,5] 4 [4,11] 3 [5,7]"));
+        flow.paths.reverse();
+        QCOMPARE(windowsOf(flow, 4), u("9 [1,3] 3 [5,7] 4 [4,11] 1 [2,4] 2 [3,5]"));
     }
 
     void flowsThatAreNotAskedForDemandNothing()
@@ -301,6 +312,17 @@ private slots:
         const PlanningContext context = parsed(documentOf(network.draft)).network.context;
         QCOMPARE(spoken(proofOf(context, {0, 2})), u("2 at port 0 of 0 in [0,0]: 0 2"));
         QCOMPARE(spoken(proofOf(context, {1})), u("none"));
+    }
+
+    void longWindowsDoNotCountBeforeTheyEnd()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 4000, u("[0,400]"), u("[0,4000]"));
+        network.addFlow(words("A S Y"), 4000, u("[0,1200]"), u("[0,4000]"));
+        network.addFlow(words("A S Y"), 4000, u("[200,600]"), u("[0,4000]"));
+        network.addFlow(words("A S Y"), 4000, u("[200,600]"), u("[0,4000]"));
+        const PlanningContext context = parsed(documentOf(network.draft)).network.context;
+        QCOMPARE(spoken(proofOf(context, {0, 1, 2, 3})), u("none"));
     }
 
     // A port of 3,001 transmissions is only counted as a whole, and 3,000 do not take it all.
@@ -327,7 +349,7 @@ private slots:
         SearchBudget budget(options, 3);
         QVERIFY(!findOverfullInterval(context, Repetition(context), {0, 1, 2}, budget));
         QCOMPARE(budget.steps(), quint64(4 * 8 * 3 + 4 * 8 * 3));
-        options.steps = 4 * 8 * 3;
+        options.steps = quint64(4) * 8 * 3;
         SearchBudget few(options, 3);
         QVERIFY(!findOverfullInterval(context, Repetition(context), {0, 1, 2}, few));
         QCOMPARE(few.steps(), quint64(4 * 8 * 4));

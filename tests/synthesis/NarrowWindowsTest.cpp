@@ -1,8 +1,10 @@
 #include "tests/support/Documents.h"
 #include "tests/support/ProgramRun.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 #include "tests/synthesis/EngineProof.h"
 #include "tests/synthesis/PlantedNetwork.h"
+#include "tests/synthesis/TestNetwork.h"
 
 #include <QFile>
 #include <QtTest>
@@ -64,6 +66,16 @@ private slots:
         QCOMPARE(result.code, 1);
         QCOMPARE(result.errors, QStringList{line});
         QVERIFY(!QFile::exists(QStringLiteral("out.xml")));
+    }
+
+    // Its library of clauses would print what it finds on the way.
+    void nothingIsPrintedOnTheOrdinaryOutput()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 500, u("[0,200]"), u("[0,400]"));
+        network.addFlow(words("A S Y"), 500, u("[400,600]"), u("[400,800]"));
+        for (const QByteArray& document : {documentOf(network.draft), example("busy-plant")})
+            QCOMPARE(run(document).output, QByteArray());
     }
 
     void spentStepsAreNoProof()

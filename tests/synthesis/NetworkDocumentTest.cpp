@@ -103,6 +103,37 @@ private slots:
         QVERIFY(parsed(documentOf(network.draft)).network.isSearchable());
     }
 
+    void whatIsBehindADisagreementMayLackAnything()
+    {
+        TestNetwork network;
+        addPlain(network).talker = QStringLiteral("B");
+        addPlain(network);
+        QByteArray document = documentOf(network.draft);
+        const int place = document.lastIndexOf("<talker>");
+        document.replace(place, document.size() - place,
+                         document.mid(place).replace("talker>", "other>"));
+        const InputNetwork read = parsed(document).network;
+        QCOMPARE(read.damage, QString());
+        QCOMPARE(named(read.obstructed).join(QStringLiteral(", ")),
+                 QStringLiteral("0 wrong talker, 1 behind"));
+    }
+
+    void aFlowMayLackItsListeners()
+    {
+        TestNetwork network;
+        addPlain(network);
+        QByteArray document = documentOf(network.draft);
+        document.replace("listeners>", "others>");
+        const ParsedNetwork read = parsed(document);
+        QCOMPARE(read.network.damage, QString());
+        Found plan;
+        plan.flows.emplace_back();
+        plan.flows.back().receive.emplace_back();
+        const auto flows = narrowedWindows(*read.document, read.network, plan);
+        QCOMPARE(flows.size(), std::size_t(1));
+        QVERIFY(flows.front().listeners.empty());
+    }
+
     void whatThePlanningRefusesIsNamed()
     {
         TestNetwork network;
@@ -146,6 +177,10 @@ private slots:
                  QStringLiteral("0 leading zero, 1 leading zero, 2 period zero, 3 no path, "
                                 "5 shared number, 6 shared number, 7 no buffers, "
                                 "9 period below slot"));
+        addFlow(context, 0, 1000, {1});
+        QCOMPARE(named(obstaclesOf(context)).filter(QStringLiteral("shared")).join(u(", ")),
+                 QStringLiteral("4 shared number, 5 shared number, 6 shared number, "
+                                "11 shared number"));
     }
 
     void someObstaclesPreventTheSearch()

@@ -180,8 +180,8 @@ private:
         if (flow.patterns.empty())
             return guest;
         guest.pattern = &m_random.pick(flow.patterns);
-        guest.slot =
-            guest.pattern->first + m_random.below(int(guest.pattern->choices(flow.ringSlots)));
+        const int choices = static_cast<int>(guest.pattern->choices(flow.ringSlots));
+        guest.slot = guest.pattern->first + m_random.below(std::max(1, choices));
         return guest;
     }
 

@@ -161,6 +161,28 @@ private slots:
         QCOMPARE(proof.latestPath, std::size_t(0));
         QCOMPARE(proof.earliest, 12); // full buffers before slot 20
         QCOMPARE(proof.latest, 3);
+        network.draft.virtualLinks.clear();
+        network.draft.flows.clear();
+        network.addFlow(words("A S T Z"), 8000, u("[0,8000]"), u("[4000,8000]"));
+        network.addListener(words("A S Y"), u("[0,1000]"));
+        const auto mirrored = std::get<NoSlot>(search(network));
+        QCOMPARE(mirrored.side, NoSlot::Send);
+        QCOMPARE(mirrored.earliestPath, std::size_t(0));
+        QCOMPARE(mirrored.latestPath, std::size_t(1));
+        QCOMPARE(mirrored.earliest, 12);
+        QCOMPARE(mirrored.latest, 3);
+    }
+
+    void aTalkerWithoutASlotIsNamedFirst()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 2000, u("[1000,600]"), u("[1200,600]"));
+        const auto proof = std::get<NoSlot>(search(network));
+        QCOMPARE(proof.side, NoSlot::Send);
+        QCOMPARE(proof.earliest, 5);
+        QCOMPARE(proof.latest, 2);
+        QCOMPARE(proof.earliestPath, std::size_t(0));
+        QCOMPARE(proof.latestPath, std::size_t(0));
     }
 
     void moreFramesThanSlotsAreNamedWithTheirPort()

@@ -89,7 +89,6 @@ void writeFlows(DocumentWriter& writer, const std::list<TTStreamInstance>& insta
     quint16 currentFlow = 0;
     for (const TTStreamInstance& instance : instances) {
         if (instance.flowID != currentFlow) {
-            flow.reset();
             flow.emplace(writer, "flow");
             currentFlow = instance.flowID;
         }

@@ -22,7 +22,7 @@ bool WrittenPieces::next()
         return false;
     if (m_rest.size() < pieceSize_bytes)
         readOn();
-    if (m_rest == documentEnd && m_file.atEnd()) {
+    if (m_rest == documentEnd) { // and nothing behind it, which would have been read
         m_isComplete = true;
         return false;
     }

@@ -16,6 +16,7 @@
 
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <memory>
 
@@ -110,6 +111,19 @@ private slots:
         if (ending == NoDisk)
             QSKIP("this system lets no ordinary process mount a disk");
         QCOMPARE(ending, int(Cut));
+    }
+
+    // As its first descriptor, where the program was started without a standard input.
+    void documentsAreWrittenThroughAnyDescriptor()
+    {
+        const int input = dup(STDIN_FILENO);
+        close(STDIN_FILENO);
+        const PlanResult result = planFolder(QStringLiteral("."));
+        dup2(input, STDIN_FILENO);
+        close(input);
+        QVERIFY(result.ok());
+        QVERIFY(readFile(windows()).endsWith("</vek_hs>\n"));
+        QVERIFY(readFile(schedule()).endsWith("</vek_output>\n"));
     }
 
     void nextRunBeginsWithNothingCut()

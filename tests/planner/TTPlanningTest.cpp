@@ -285,6 +285,7 @@ private slots:
         QDir().mkpath(outputFile()); // a folder stands where the file should go
         TTPlanner planner;
         QCOMPARE(TTPlanning(planner), code::ok);
+        QVERIFY(!planner.isCut); // the disk has room
     }
 
     void instanceWithoutPathOrSwitchIsWrittenWithoutThem()

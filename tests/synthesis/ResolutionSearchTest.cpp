@@ -281,7 +281,7 @@ PlantedStyle styleOf(RandomSource& random)
     PlantedStyle style;
     style.shape = random.pick({PlantedStyle::Line, PlantedStyle::Star});
     style.periods = random.pick(pools);
-    style.switches = random.between(1, 3);
+    style.switches = random.between(1, 4);
     style.hosts = random.between(2, 3);
     style.flows = random.between(2, 4);
     style.windows = PlantedStyle::Tight;
@@ -299,7 +299,7 @@ void crowd(RandomSource& random, NetworkDraft& draft)
     for (DraftFlow& flow : draft.flows) {
         flow.txwin = QStringLiteral("[0,%1]").arg(last);
         for (DraftListener& listener : flow.listeners)
-            listener.rxwin = QStringLiteral("[200,%1]").arg(last + random.between(2, 5) * 200);
+            listener.rxwin = QStringLiteral("[200,%1]").arg(last + random.between(2, 7) * 200);
     }
 }
 
@@ -364,10 +364,27 @@ private slots:
         QCOMPARE(offered(oneMustOverlap(), {}), (QStringList{u("0-2 0-3"), u("0-2 0-4")}));
     }
 
+    void portThatIsNamedForbidsWhatMeetsThere()
+    {
+        const quint32 behindS = planner::pairKey(4, 3);
+        QCOMPARE(offered(oneMustOverlap(), behindS), (QStringList{u("0-2 0-3"), u("0-2 0-4")}));
+        const quint32 ofOneTalker = planner::pairKey(0, 0); // nothing meets
+        QCOMPARE(offered(oneMustOverlap(), ofOneTalker).size(), 1);
+    }
+
+    void flowThatOverlapsNothingIsNotForbidden()
+    {
+        TestNetwork network;
+        network.draft = oneMustOverlap();
+        network.addFlow(words("A S Y"), 2000, u("[1000,1800]"), u("[1200,2000]"));
+        QCOMPARE(offered(network.draft, {}).size(), 2);
+        QCOMPARE(offered(network.draft, planner::pairKey(4, 3)).size(), 2);
+    }
+
     void offersAreAllThatCanBeResolvedButWhatHasFailed()
     {
         int trials = 0;
-        for (quint64 seed = 1; seed <= 300; ++seed) {
+        for (quint64 seed = 1; seed <= 500; ++seed) {
             RandomSource random(seed);
             PlantedNetwork planted = plantedNetwork(styleOf(random), seed);
             crowd(random, planted.draft);

@@ -66,10 +66,11 @@ bool SchedulePieces::takeFlow(const char*& place)
         const char* begin = place;
         if (!skipText(place, "<Instance>"))
             return false;
-        const char* end = std::strstr(place, instanceEnd);
-        if (!end)
+        // Not strstr(): where that is checked, it measures the rest of the document each time.
+        const int end = m_bytes.indexOf(instanceEnd, static_cast<int>(place - m_bytes.constData()));
+        if (end < 0)
             return false;
-        place = end + std::strlen(instanceEnd);
+        place = m_bytes.constData() + end + std::strlen(instanceEnd);
         if (*place != '>')
             return false;
         ++place;

@@ -64,12 +64,8 @@ bool WaitingChoices::advance()
 
 bool WaitingChoices::next(std::vector<qint32>& delays)
 {
-    if (m_isEmpty)
+    if (m_isEmpty || (m_started && !advance() && !distribute(0, ++m_extra)))
         return false;
-    if (m_started && !advance() && !distribute(0, ++m_extra)) {
-        m_isEmpty = true;
-        return false;
-    }
     m_started = true;
     delays.clear();
     for (const std::size_t listener : m_listenerOfPath) {

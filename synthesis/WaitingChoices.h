@@ -37,7 +37,7 @@ private:
     std::vector<std::size_t> m_listenerOfPath;
     qint64 m_extra = 0; ///< of all listeners
     bool m_started = false;
-    bool m_isEmpty = false;
+    bool m_isEmpty = false; ///< some listener cannot be reached in time
 };
 
 } // namespace synthesis

@@ -256,6 +256,23 @@ private slots:
         QCOMPARE(plan.flows[1].send.start, 0);
     }
 
+    // Its listeners get the frame at the same time only when it waits for the one that is later.
+    void aFlowThatHasToWaitIsPlacedAtOnce()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 4000, u("[0,800]"), u("[400,600]"));
+        network.addListener(words("A S T Z"), u("[800,1000]"));
+        quint64 last = 0;
+        Options options;
+        options.progress = [&last](const Progress& progress) {
+            last = progress.steps;
+            return true;
+        };
+        const auto plan = std::get<Found>(search(network, options));
+        QVERIFY(plan.waiting > 0);
+        QVERIFY2(last < 1000, qPrintable(QString::number(last)));
+    }
+
     void aSearchIsStoppedBetweenSteps()
     {
         const ParsedNetwork network = hardNetwork();

@@ -35,7 +35,8 @@ struct Turn {
 };
 
 static QList<Turn> turns;
-static QList<int> exitCodes; // one for each turn to end with
+static QList<int> exitCodes;                     // one for each turn to end with
+static QEvent::Type closesSplash = QEvent::None; // the event of the splash after which to close it
 
 /// Watches one application object and ends its event loop once the main window is there.
 class TurnWatcher : public QObject
@@ -52,6 +53,10 @@ public:
         if (event->type() == QEvent::Paint && qobject_cast<SplashWindow*>(object) &&
             !m_sincePaint.isValid())
             m_sincePaint.start();
+        if (event->type() == closesSplash && qobject_cast<SplashWindow*>(object)) {
+            closesSplash = QEvent::None;
+            QCoreApplication::postEvent(object, new QCloseEvent);
+        }
         auto* window = event->type() == QEvent::Show ? qobject_cast<MainWindow*>(object) : nullptr;
         if (window && !m_done) {
             m_done = true;
@@ -148,6 +153,26 @@ private slots:
         run();
         QVERIFY(turns.first().splashStillVisible);
         QVERIFY(turns.first().versionsEmpty);
+        QVERIFY(turns.first().splashClosedAfterwards);
+    }
+
+    // What is asked for while no event gets through takes effect behind the wait.
+    void splashThatIsClosedDoesNoHarm_data()
+    {
+        QTest::addColumn<int>("moment");
+        QTest::newRow("as it appears") << int(QEvent::Show);
+        QTest::newRow("while it is held") << int(QEvent::Paint);
+    }
+    void splashThatIsClosedDoesNoHarm()
+    {
+        QFETCH(int, moment);
+        closesSplash = static_cast<QEvent::Type>(moment);
+        exitCodes = {0};
+        QCOMPARE(run(), 0);
+        QVERIFY(closesSplash == QEvent::None);
+        if (turns.isEmpty())
+            return; // it was the last window
+        QVERIFY(turns.first().inEventLoop);
         QVERIFY(turns.first().splashClosedAfterwards);
     }
 

@@ -381,6 +381,22 @@ private slots:
         QCOMPARE(offered(network.draft, planner::pairKey(4, 3)).size(), 2);
     }
 
+    // Eleven pairs at different times, each with two ways to overlap: 2048 in all.
+    void onlySoManyPlacementsAreTried()
+    {
+        TestNetwork network;
+        for (int start = 0; start < 22000; start += 2000) {
+            const auto until = [start](int end) {
+                return QStringLiteral("[%1,%2]").arg(start).arg(start + end);
+            };
+            network.addFlow(words("A S T Z"), 24000, until(200), until(600));
+            network.addFlow(words("B S T Z"), 24000, until(200), until(1000));
+        }
+        QStringList all = offered(network.draft, {});
+        QCOMPARE(all.size(), 1000);
+        QCOMPARE(all.removeDuplicates(), 0);
+    }
+
     void offersAreAllThatCanBeResolvedButWhatHasFailed()
     {
         int trials = 0;

@@ -240,6 +240,33 @@ private slots:
             QCOMPARE(record(++seed), u(expected));
     }
 
+    // Seven pairs of which one always has to overlap, each transmission with a single path.
+    void trialsTakeStepsForEachTransmission()
+    {
+        TestNetwork network;
+        for (int start = 0; start < 14000; start += 2000) {
+            const auto until = [start](int end) {
+                return QStringLiteral("[%1,%2]").arg(start).arg(start + end);
+            };
+            network.addFlow(words("A S T Z"), 14000, until(200), until(600));
+            network.addFlow(words("B S T Z"), 14000, until(200), until(1000));
+        }
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        QList<int> calls;
+        for (const quint64 steps : {500000, 1000000, 2000000}) {
+            calls.append(0);
+            Options options;
+            options.steps = steps;
+            options.isFaultless = [&calls](const Found&, const QByteArray&) {
+                ++calls.last();
+                return false;
+            };
+            const auto outcome = synthesizeWindows(read.network.context, options);
+            QVERIFY(std::holds_alternative<BudgetSpent>(outcome));
+        }
+        QCOMPARE(calls, (QList<int>{8, 17, 36}));
+    }
+
     void searchThatIsStoppedSaysSoAtWhateverReport()
     {
         for (quint64 seed = 1; seed <= 40; ++seed) {

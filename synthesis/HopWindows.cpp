@@ -38,7 +38,7 @@ public:
         window.end = end;
         const auto known = m_numbers.emplace(way.back(), m_records.size());
         if (known.second)
-            m_records.push_back({way, window, window, true});
+            m_records.push_back({way, window, window});
         PortRecord& record = m_records[known.first->second];
         record.isOneWay = record.isOneWay && record.way == way;
         record.shared.start = std::max(record.shared.start, start);

@@ -193,7 +193,6 @@ bool InputNetwork::isSearchable() const
 InputNetwork readNetwork(const XMLDocument& document)
 {
     InputNetwork network;
-    network.context.reset();
     try {
         const XMLElement* root = rootElement(document);
         readTopology(network.context, requiredChild(root, "topology"));

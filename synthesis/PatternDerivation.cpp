@@ -30,15 +30,6 @@ static TTFlow narrowed(const TTFlow& flow, const std::vector<qint32>& delays)
     return copy;
 }
 
-/// Whether the rules leave the receive slots as they are; then they leave the send slot, too.
-static bool isAccepted(const TTFlow& flow, const std::vector<qint32>& delays)
-{
-    auto delay = delays.begin();
-    return std::all_of(flow.paths.begin(), flow.paths.end(), [&](const VirtualLinkPath& path) {
-        return path.schedrxwin == oneSlot(*delay++);
-    });
-}
-
 bool PatternDerivation::goesForward(const VirtualLinkPath& path) const
 {
     qint32 previous = 0;
@@ -49,7 +40,8 @@ bool PatternDerivation::goesForward(const VirtualLinkPath& path) const
             return false;
         previous = window.start;
     }
-    return previous == path.schedrxwin.start;
+    // The last window never reaches beyond the slot of arrival and begins no earlier.
+    return true;
 }
 
 /// Takes up a window; false when branches would pass the port in different slots.
@@ -70,9 +62,6 @@ std::optional<std::vector<PortWindow>>
 PatternDerivation::windowsFor(const std::vector<qint32>& delays) const
 {
     TTFlow flow = narrowed(m_flow, delays);
-    limitReceiveWindows(flow, m_switchBufferNum);
-    if (!isAccepted(flow, delays))
-        return {};
     deriveBridgeWindows(flow, m_switchBufferNum);
     std::vector<PortWindow> talkers;
     std::vector<PortWindow> bridges;

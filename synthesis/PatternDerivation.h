@@ -26,9 +26,10 @@ public:
 
     /// The windows of all senders when the frame is sent in slot 0 and arrives after these delays.
     ///
-    /// Delays are slots, by path. Nothing when the rules refuse them, or when the frame would not
-    /// go forward: a window that ends before it starts, a hop that sends no later than the one
-    /// before or waits longer than its buffers last, branches that pass a port in different slots.
+    /// Delays are slots, by path, between one slot and full buffers a hop, so that the rules leave
+    /// send and receive slots as they are. Nothing when the frame would not go forward: a window
+    /// that ends before it starts, a hop that sends no later than the one before or waits longer
+    /// than its buffers last, branches that pass a port in different slots.
     std::optional<std::vector<PortWindow>> windowsFor(const std::vector<qint32>& delays) const;
 
     /// How many slots a frame may wait in a node on its path: one without buffers of its own, which

@@ -57,15 +57,14 @@ bool areDisjoint(std::vector<Reservation> reservations, quint32 ring)
         return std::tie(a.port, a.start) < std::tie(b.port, b.start);
     };
     std::sort(reservations.begin(), reservations.end(), order);
-    std::size_t first = 0; // of the port
-    for (std::size_t i = 0; i < reservations.size(); ++i) {
-        if (reservations[i].port != reservations[first].port)
-            first = i;
-        const bool isLast =
-            i + 1 == reservations.size() || reservations[i + 1].port != reservations[i].port;
-        const quint64 next =
-            isLast ? quint64(reservations[first].start) + ring : reservations[i + 1].start;
-        if (quint64(reservations[i].start) + reservations[i].length > next)
+    auto first = reservations.cbegin(); // of the port
+    for (auto own = first; own != reservations.cend(); ++own) {
+        if (own->port != first->port)
+            first = own;
+        const auto after = own + 1;
+        const bool isLast = after == reservations.cend() || after->port != own->port;
+        const quint64 next = isLast ? quint64(first->start) + ring : after->start;
+        if (quint64(own->start) + own->length > next)
             return false;
     }
     return true;

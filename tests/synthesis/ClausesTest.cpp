@@ -154,6 +154,18 @@ private slots:
         QVERIFY(steps < options.steps / 100);
     }
 
+    void callerIsAskedNowAndThenWhileAQuestionIsHard()
+    {
+        ClauseSolver solver;
+        placeThings(solver, 14, 13);
+        int calls = 0;
+        Options options;
+        options.progress = [&calls](const Progress&) { return ++calls > 0; };
+        SearchBudget budget(options, 0);
+        QCOMPARE(solver.solve(budget, 1000000, {}), Answer::Unknown);
+        QCOMPARE(calls, 37); // a few of them between two looks at the budget
+    }
+
     void answerOfAnImpossibleQuestionIsFound()
     {
         ClauseSolver solver;

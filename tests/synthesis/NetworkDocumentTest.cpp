@@ -265,6 +265,18 @@ private slots:
         QCOMPARE(flows.front().listeners[1].window.after.text(), QStringLiteral("[400,600]"));
     }
 
+    void flowsThatTheDocumentsLoseAreNotNarrowed()
+    {
+        TestNetwork network;
+        addPlain(network).flowID = 0;
+        addPlain(network);
+        const ParsedNetwork read = parsed(documentOf(network.draft));
+        const auto plan = std::get<Found>(synthesizeWindows(read.network.context, {}));
+        const auto flows = narrowedWindows(*read.document, read.network, plan);
+        QCOMPARE(flows.size(), std::size_t(1));
+        QCOMPARE(flows.front().place, std::size_t(1));
+    }
+
     void onlyTheLastElementForAListenerIsNarrowed()
     {
         TestNetwork network;

@@ -90,22 +90,24 @@ private slots:
 
     void pairThatMeetsTwiceIsForbiddenOnce()
     {
-        TestNetwork network;
-        network.addFlow(words("A S T Z"), 400, u("[0,400]"), u("[0,4000]"));
-        network.addFlow(words("B S T Z"), 400, u("[0,400]"), u("[0,4000]"));
-        network.addFlow(words("B S T Z"), 1200, u("[0,400]"), u("[0,4000]"));
-        const ModelOfNetwork small(network.draft);
-        const quint32 port = small.model.flows()[0].patterns.front().reservations.back().port;
-        const Options options;
-        SearchBudget budget(options, 2);
-        ClauseSolver solver;
-        PortClauses clauses(small.model, solver, budget);
-        clauses.cell(port, 0, 0);
-        clauses.cell(port, 1, 0);
-        clauses.cell(port, 2, 1);
-        clauses.forbidSharing();
-        QCOMPARE(solver.size(), std::size_t(2));
-        QCOMPARE(budget.steps(), quint64(3 * 10 + 6 * 3 * 10));
+        for (const quint32 ring : {2, 3}) {
+            TestNetwork network;
+            network.addFlow(words("A S T Z"), ring * 200, u("[0,400]"), u("[0,4000]"));
+            network.addFlow(words("B S T Z"), ring * 200, u("[0,400]"), u("[0,4000]"));
+            network.addFlow(words("B S T Z"), ring * 600, u("[0,400]"), u("[0,4000]"));
+            const ModelOfNetwork small(network.draft);
+            const quint32 port = small.model.flows()[0].patterns.front().reservations.back().port;
+            const Options options;
+            SearchBudget budget(options, 2);
+            ClauseSolver solver;
+            PortClauses clauses(small.model, solver, budget);
+            clauses.cell(port, 0, 0);
+            clauses.cell(port, 1, 0);
+            clauses.cell(port, 2, 1);
+            clauses.forbidSharing();
+            QCOMPARE(solver.size(), std::size_t(2));
+            QCOMPARE(budget.steps(), quint64(3 * 10 + ring * 3 * 3 * 10));
+        }
     }
 
     void clausesEndWithTheSteps()
@@ -143,6 +145,10 @@ private slots:
     {
         QVERIFY(PortClauses::areFeasible(ModelOfNetwork(wideNetwork(1, 65536).draft).model));
         QVERIFY(!PortClauses::areFeasible(ModelOfNetwork(wideNetwork(1, 65537).draft).model));
+        TestNetwork odd;
+        odd.addFlow(words("A S T Z"), 200 * 255, u("[0,400]"), u("[0,4000]"));
+        odd.addFlow(words("B S T Z"), 200 * 257, u("[0,400]"), u("[0,4000]"));
+        QVERIFY(PortClauses::areFeasible(ModelOfNetwork(odd.draft).model));
         TestNetwork network;
         network.addFlow(words("A S T Z"), 200 * 256, u("[0,400]"), u("[0,4000]"));
         network.addFlow(words("B S Y"), 200 * 257, u("[0,400]"), u("[0,4000]"));
@@ -166,6 +172,21 @@ private slots:
             looks.push_back(qint64((budget.steps() - before) / 5000));
         }
         QCOMPARE(looks, (std::vector<qint64>{0, 1, 2, 2})); // without waiting, then with it
+    }
+
+    void planWithoutWaitingIsAskedForOnce()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,1600]"));
+        network.addFlow(words("B S T Z"), 2000, u("[200,400]"), u("[0,1600]"));
+        ModelOfNetwork small(network.draft);
+        addAllPatterns(small.model);
+        const Options options;
+        SearchBudget budget(options, 2);
+        PatternSolver solver(small.model, budget);
+        const quint64 before = budget.steps();
+        QCOMPARE(solver.run(options.steps), Answer::Satisfiable);
+        QCOMPARE((budget.steps() - before) / 5000, quint64(1));
     }
 
     void answerIsAPlanWithWaitingWhereItMustBe()

@@ -2,8 +2,10 @@
 #include "synthesis/LessWaiting.h"
 
 #include "tests/support/RandomSource.h"
+#include "tests/support/Spoken.h"
 #include "tests/support/Text.h"
 #include "tests/synthesis/ModelOfNetwork.h"
+#include "tests/synthesis/TestNetwork.h"
 
 #include <QtTest>
 
@@ -156,6 +158,22 @@ private slots:
                 QCOMPARE(sharedCell(network.model, withLessWaiting(network.model, best)),
                          QString());
         }
+    }
+
+    void flowWithoutAPatternStaysMissing()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S T Z"), 4000, u("[0,200]"), u("[2000,2200]"));
+        network.addFlow(words("B S Y"), 4000, u("[0,200]"), u("[0,4000]"));
+        ModelOfNetwork small(network.draft);
+        QVERIFY(small.model.flows()[0].patterns.empty());
+        const Options options;
+        SearchBudget budget(options, 2);
+        PlacementSearch search(small.model, budget);
+        QVERIFY(!search.run(patience));
+        QCOMPARE(search.missing(), std::size_t(1));
+        QVERIFY(!search.best()[0].isSet());
+        QVERIFY(search.best()[1].isSet());
     }
 
     void noFlowCouldWaitLessByMovingAlone()

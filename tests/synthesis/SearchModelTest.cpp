@@ -125,8 +125,8 @@ bool maySend(const TTFlow& flow, const Delays& delays, qint32 slot)
 
 PlantedStyle styleOf(RandomSource& random)
 {
-    static const std::vector<std::vector<quint32>> pools = {{2000, 3000}, {1000},      {1200, 1800},
-                                                            {500, 750},   {700, 1400}, {600, 800}};
+    static const std::vector<std::vector<quint32>> pools = {
+        {2000, 3000}, {1000}, {1200, 1800}, {500, 750}, {700, 1400}, {600, 800}, {700, 200}};
     PlantedStyle style;
     style.shape = random.pick({PlantedStyle::Line, PlantedStyle::Ring, PlantedStyle::Mesh});
     style.periods = random.pick(pools);
@@ -225,7 +225,7 @@ private slots:
     {
         const LogCapture quiet;
         int met = 0;
-        for (quint64 seed = 1; seed <= 120; ++seed) {
+        for (quint64 seed = 1; seed <= 300; ++seed) {
             RandomSource random(seed);
             ParsedNetwork network = parsed(documentOf(plantedNetwork(styleOf(random), seed).draft));
             PlanningContext& context = network.network.context;

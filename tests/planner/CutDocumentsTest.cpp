@@ -1,6 +1,7 @@
 #include "planner/Planning.h"
 #include "planner/PreProcess.h"
 #include "planner/TTPlanning.h"
+#include "planner/documents/DocumentWriter.h"
 
 #include "tests/planner/InputText.h"
 #include "tests/support/ChildWork.h"
@@ -18,6 +19,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 
 using namespace planner;
@@ -118,12 +120,37 @@ private slots:
     {
         const int input = dup(STDIN_FILENO);
         close(STDIN_FILENO);
-        const PlanResult result = planFolder(QStringLiteral("."));
+        prepared();
+        TTPlanner planner;
+        const qint32 result = TTPlanning(planner);
         dup2(input, STDIN_FILENO);
         close(input);
-        QVERIFY(result.ok());
+        QCOMPARE(result, code::ok);
         QVERIFY(readFile(windows()).endsWith("</vek_hs>\n"));
         QVERIFY(readFile(schedule()).endsWith("</vek_output>\n"));
+    }
+
+    void documentThatLacksAPieceStaysCutWhenThereIsRoomAgain()
+    {
+        const std::string text(1000, 'x');
+        auto disk = std::make_unique<FullDisk>(room_bytes);
+        DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("long.xml"));
+        {
+            const DocumentWriter::Element root(writer, "root");
+            for (int i = 0; i < 100; ++i)
+                writer.leaf("leaf", text);
+            disk.reset();
+        }
+        QVERIFY(!writer.finish());
+    }
+
+    void troubleBeforeADocumentIsNoneOfIt()
+    {
+        prepared(); // makes the folder
+        errno = ENOSPC;
+        DocumentWriter writer(QStringLiteral("OutputXML"), QStringLiteral("short.xml"));
+        writer.leaf("leaf", std::string("text"));
+        QVERIFY(writer.finish());
     }
 
     void nextRunBeginsWithNothingCut()

@@ -13,6 +13,9 @@
 
 using namespace planner;
 
+static constexpr char instanceBegin[] = "            <Instance>\n";
+static constexpr char instanceEnd[] = "            </Instance>\n";
+
 static QString hsFile()
 {
     return QStringLiteral("OutputXML/vek_hs.xml");
@@ -44,15 +47,16 @@ static QStringList readingOf(const QByteArray& document)
     return found + records.lines();
 }
 
-/// The document of some hundred kilobytes that the first stage writes.
-static QByteArray longDocument()
+/// The document of some hundred kilobytes that the first stage writes, with so many instances a
+/// flow.
+static QByteArray longDocument(int instances = 7)
 {
     PlanningContext context;
     context.clusterCycle = 10000;
     for (int number = 0; number < 300; ++number) {
         TTStreamInstance record;
-        record.flowID = static_cast<quint16>(1 + number / 7);
-        record.seq = static_cast<quint16>(number % 7);
+        record.flowID = static_cast<quint16>(1 + number / instances);
+        record.seq = static_cast<quint16>(number % instances);
         for (int paths = 0; paths <= number % 3; ++paths) {
             record.paths.emplace_back();
             VirtualLinkPath& way = record.paths.back();
@@ -66,6 +70,21 @@ static QByteArray longDocument()
     writeHsDocument(context);
     return readFile(hsFile());
 }
+
+/// The pieces of a document, and whether it ended as it is written.
+struct Cut {
+    explicit Cut(const QByteArray& document)
+    {
+        writeFile(hsFile(), document);
+        WrittenPieces written(hsFile());
+        while (written.next())
+            pieces.push_back(written.document());
+        isComplete = written.isComplete() && !written.next();
+    }
+
+    std::vector<QByteArray> pieces;
+    bool isComplete = false;
+};
 
 /// An intermediate document read piece by piece gives what it gives as a whole.
 class WrittenPiecesTest : public QObject
@@ -100,34 +119,62 @@ private slots:
     void piecesFollowTheWrittenFormAndNoOther()
     {
         const QByteArray written = longDocument();
-        const auto piecesOf = [](const QByteArray& document) {
-            writeFile(hsFile(), document);
-            WrittenPieces pieces(hsFile());
-            int count = 0;
-            while (pieces.next())
-                ++count;
-            return pieces.isComplete() ? count : -1;
-        };
-        QVERIFY(piecesOf(written) > 3);
-        QCOMPARE(piecesOf(' ' + written), -1);
-        QCOMPARE(piecesOf(written + ' '), -1);
-        QCOMPARE(piecesOf(QByteArray(written).replace('\n', "\r\n")), -1);
-        QCOMPARE(piecesOf(QByteArray(written).insert(150000, '\0')), -1);
-        QCOMPARE(piecesOf("<vek_hs><flows><flow></flow></flows></vek_hs>"), -1);
+        QVERIFY(Cut(written).isComplete);
+        QVERIFY(Cut(written).pieces.size() > 3);
+        QVERIFY(!Cut(' ' + written).isComplete);
+        QVERIFY(!Cut(written + ' ').isComplete);
+        QVERIFY(!Cut(QByteArray(written).replace('\n', "\r\n")).isComplete);
+        QVERIFY(!Cut("<vek_hs><flows><flow></flow></flows></vek_hs>").isComplete);
+        const int head = written.indexOf(instanceBegin);
+        QCOMPARE(Cut(written.mid(head)).pieces.size(), std::size_t(0));
+        QCOMPARE(Cut(QByteArray(written).insert(head, "<other/>\n")).pieces.size(), std::size_t(0));
+    }
+
+    void pieceMayBeginWithItsFlow()
+    {
+        const QByteArray written = longDocument(1);
+        const Cut cut(written);
+        QVERIFY(cut.isComplete);
+        QVERIFY(cut.pieces.size() > 3);
+    }
+
+    void longInstanceIsOnePiece()
+    {
+        QByteArray written = longDocument();
+        const int first = written.indexOf(instanceEnd) + int(sizeof instanceEnd) - 1;
+        written.remove(first, written.indexOf("        </flow>\n    </flows>") - first);
+        written.insert(written.indexOf("<seq>") + 5, QByteArray(300000, '0'));
+        const Cut cut(written);
+        QVERIFY(cut.isComplete);
+        QCOMPARE(cut.pieces, std::vector<QByteArray>{written});
+    }
+
+    // Where a zero is, all ends, also when what is left without it would be a document.
+    void nothingIsReadBehindAZero()
+    {
+        const QByteArray written = longDocument();
+        const int begin = written.indexOf(instanceBegin);
+        const int end = written.indexOf(instanceEnd) + int(sizeof instanceEnd) - 1;
+        QByteArray instance = written.mid(begin, end - begin);
+        instance.insert(instance.indexOf("<seq>") + 5, QByteArray(4096 - instance.size(), '0'));
+        QByteArray document = written.left(begin);
+        for (int i = 0; i < 100; ++i)
+            document += instance;
+        document += "        </flow>\n    </flows>\n</vek_hs>\n";
+        QVERIFY(Cut(document).isComplete);
+        document[70000] = '\0';
+        const Cut cut(document);
+        QVERIFY(!cut.isComplete);
+        QCOMPARE(cut.pieces.size(), std::size_t(0));
     }
 
     // A piece that lacked something would only send the reader back to the whole.
     void eachPieceIsADocumentOfItsOwn()
     {
         const QByteArray written = longDocument();
-        const QByteArray head = written.left(written.indexOf("            <Instance>\n"));
+        const QByteArray head = written.left(written.indexOf(instanceBegin));
         const QByteArray end = "        </flow>\n    </flows>\n</vek_hs>\n";
-        WrittenPieces pieces(hsFile());
-        std::vector<QByteArray> documents;
-        while (pieces.next())
-            documents.push_back(pieces.document());
-        QVERIFY(pieces.isComplete());
-        QVERIFY(!pieces.next());
+        const std::vector<QByteArray> documents = Cut(written).pieces;
         QStringList instances;
         for (const QByteArray& piece : documents) {
             QVERIFY(piece.startsWith(head));

@@ -34,7 +34,7 @@ bool improveOnce(const SearchModel& model, PortTable& table, std::vector<Placeme
         const qint64 waiting = flow.patterns[old.pattern].waiting;
         if (waiting == flow.patterns.front().waiting)
             continue;
-        table.release(number, flow.patterns[old.pattern], old.slot, 1);
+        table.release(number, flow.patterns[old.pattern], 1);
         const Placement better = betterPlace(table, flow, waiting);
         placements[number] = better.isSet() ? better : old;
         const Placement& now = placements[number];

@@ -71,9 +71,8 @@ void PlacementSearch::place(quint32 flow, const Placement& placement)
 
 void PlacementSearch::remove(quint32 flow)
 {
-    const Placement placement = m_placements[flow];
-    const Pattern& pattern = m_model.flows()[flow].patterns[placement.pattern];
-    m_table.release(flow, pattern, placement.slot, m_weights[flow]);
+    const Pattern& pattern = m_model.flows()[flow].patterns[m_placements[flow].pattern];
+    m_table.release(flow, pattern, m_weights[flow]);
     m_placements[flow] = Placement();
 }
 

@@ -84,16 +84,13 @@ void PortTable::occupy(quint32 flow, const Pattern& pattern, qint32 slot, quint3
     }
 }
 
-void PortTable::release(quint32 flow, const Pattern& pattern, qint32 slot, quint32 weight)
+void PortTable::release(quint32 flow, const Pattern& pattern, quint32 weight)
 {
-    const SearchFlow& record = m_model.flows()[flow];
     for (const Reservation& reservation : pattern.reservations) {
         Port& port = m_ports[reservation.port];
-        const quint32 start = m_model.cellOf(record, reservation, slot);
-        const auto found = std::find_if(port.occupants.begin(), port.occupants.end(),
-                                        [flow, start](const Occupant& occupant) {
-                                            return occupant.flow == flow && occupant.start == start;
-                                        });
+        const auto found =
+            std::find_if(port.occupants.begin(), port.occupants.end(),
+                         [flow](const Occupant& occupant) { return occupant.flow == flow; });
         add(port, *found, 0U - weight);
         port.occupants.erase(found);
     }
@@ -104,7 +101,7 @@ static bool meet(quint32 start, quint32 length, quint32 otherStart, quint32 othe
                  quint32 common)
 {
     const quint32 behind = (start % common + common - otherStart % common) % common;
-    const quint32 ahead = behind == 0 ? 0 : common - behind;
+    const quint32 ahead = common - behind; // with nothing behind, the other one has the cell
     return behind < otherLength || ahead < length;
 }
 

@@ -24,8 +24,8 @@ public:
 
     /// Lets the flow with this number in the model take up the cells, which may be in use.
     void occupy(quint32 flow, const Pattern& pattern, qint32 slot, quint32 weight);
-    /// Takes back what occupy() was called with.
-    void release(quint32 flow, const Pattern& pattern, qint32 slot, quint32 weight);
+    /// Takes back what occupy() was called with; a flow stands in one place at a time.
+    void release(quint32 flow, const Pattern& pattern, quint32 weight);
 
     /// Appends the flows that are in the way, each once, in the order in which they are met.
     void findOccupants(const SearchFlow& flow, const Pattern& pattern, qint32 slot,

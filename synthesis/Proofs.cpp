@@ -14,7 +14,6 @@ namespace
 NoSlot sendBounds(const TTFlow& flow, quint16 switchBufferNum)
 {
     NoSlot bounds;
-    bounds.side = NoSlot::Send;
     std::size_t number = 0;
     for (const VirtualLinkPath& path : flow.paths) {
         const SlotWindow send = sendWindowOf(path, switchBufferNum);

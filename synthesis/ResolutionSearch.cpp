@@ -165,17 +165,6 @@ const ResolutionSearch::Choice& ResolutionSearch::chosen(quint32 flow) const
                          [this](const Choice& choice) { return m_solver.isTrue(choice.variable); });
 }
 
-/// Whether a window of the flow has more slots than it uses; only such a one can overlap.
-bool ResolutionSearch::overlaps(quint32 flow) const
-{
-    if (!m_isLoose[flow])
-        return false;
-    const std::vector<Reservation>& reservations =
-        m_model.flows()[flow].patterns[chosen(flow).placement.pattern].reservations;
-    return std::any_of(reservations.begin(), reservations.end(),
-                       [](const Reservation& reservation) { return reservation.length > 1; });
-}
-
 /// Solves, and then takes back what need not overlap, flow by flow.
 bool ResolutionSearch::solveWithFewest(quint64 steps)
 {
@@ -224,7 +213,8 @@ void ResolutionSearch::forbid(const std::optional<quint32>& port)
         m_table->occupy(flow, m_model.flows()[flow].patterns[placement.pattern], placement.slot, 1);
     }
     for (quint32 flow = 0; flow < m_alone.size(); ++flow) {
-        if (port ? meetsOn(m_model.portNumber(*port), flow) : overlaps(flow))
+        // One that could have its windows for itself has been taken back.
+        if (port ? meetsOn(m_model.portNumber(*port), flow) : m_isLoose[flow])
             clause.push_back(-chosen(flow).variable);
     }
     m_solver.addClause(clause);

@@ -51,7 +51,6 @@ private:
     std::vector<int> assumptions() const;
     const Choice& chosen(quint32 flow) const;
     std::vector<Placement> placements() const;
-    bool overlaps(quint32 flow) const;
     bool meetsOn(quint32 port, quint32 flow) const;
     void forbid(const std::optional<quint32>& port);
 

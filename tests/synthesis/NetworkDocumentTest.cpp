@@ -98,8 +98,10 @@ private slots:
         addPlain(network);
         addPlain(network).listeners.front().name = QStringLiteral("Y");
         addPlain(network);
+        addPlain(network).type = QStringLiteral("\"RC\"");
+        addPlain(network);
         QCOMPARE(named(network).join(QStringLiteral(", ")),
-                 QStringLiteral("1 unknown listener, 2 behind"));
+                 QStringLiteral("1 unknown listener, 2 behind, 3 other type, 4 behind"));
         QVERIFY(parsed(documentOf(network.draft)).network.isSearchable());
     }
 

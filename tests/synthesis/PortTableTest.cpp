@@ -139,7 +139,7 @@ public:
             m_naive.guests.push_back(guest);
         } else if (!m_naive.guests.empty()) {
             const auto gone = m_naive.guests.begin() + m_random.below(int(m_naive.guests.size()));
-            m_table.release(gone->flow, *gone->pattern, gone->slot, gone->weight);
+            m_table.release(gone->flow, *gone->pattern, gone->weight);
             m_naive.guests.erase(gone);
         }
     }

@@ -1,3 +1,4 @@
+#include "tests/planner/Windows.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Spoken.h"
 #include "tests/support/Text.h"
@@ -17,6 +18,8 @@ inline char* toString(const synthesis::NoSlot::Side& side)
 }
 
 } // namespace QTest
+
+Q_DECLARE_METATYPE(planner::SlotWindow)
 
 // What a search answers on networks that can be counted by hand, and how it is stopped.
 
@@ -171,6 +174,50 @@ private slots:
         QCOMPARE(mirrored.latestPath, std::size_t(1));
         QCOMPARE(mirrored.earliest, 12);
         QCOMPARE(mirrored.latest, 3);
+    }
+
+    void boundsThatLeaveNoSlotAreTold_data()
+    {
+        using planner::SlotWindow;
+        QTest::addColumn<SlotWindow>("send");
+        QTest::addColumn<SlotWindow>("near"); // by way of one switch
+        QTest::addColumn<SlotWindow>("far");  // of two
+        QTest::addColumn<QString>("told");
+        QTest::newRow("own window of the near")
+            << window(0, 9) << window(0, -1) << window(2, 9) << u("receive [0,-1] of 0 and 0");
+        QTest::newRow("own window of the far")
+            << window(0, 9) << window(1, 9) << window(1, 0) << u("receive [1,0] of 1 and 1");
+        QTest::newRow("too late for the buffers")
+            << window(0, 0) << window(1, 4) << window(20, 50) << u("receive [20,8] of 1 and 1");
+        QTest::newRow("too early for the way")
+            << window(5, 9) << window(6, 9) << window(0, 6) << u("receive [7,6] of 1 and 1");
+        QTest::newRow("both before the start") << window(-20, 20) << window(-14, -14)
+                                               << window(-3, -3) << u("send [-11,-15] of 1 and 0");
+        QTest::newRow("the near one later")
+            << window(0, 20) << window(15, 15) << window(3, 3) << u("send [11,1] of 0 and 1");
+    }
+    void boundsThatLeaveNoSlotAreTold()
+    {
+        QFETCH(planner::SlotWindow, send);
+        QFETCH(planner::SlotWindow, near);
+        QFETCH(planner::SlotWindow, far);
+        TestNetwork network;
+        network.addFlow(words("A S Y"), 4000, u("[0,200]"), u("[0,4000]"));
+        network.addListener(words("A S T Z"), u("[0,4000]"));
+        ParsedNetwork read = parsed(documentOf(network.draft));
+        planner::PlanningContext& context = read.network.context;
+        std::list<planner::VirtualLinkPath>& paths = context.flows.front().paths;
+        paths.front().schedtxwin = paths.back().schedtxwin = send;
+        paths.front().schedrxwin = near;
+        paths.back().schedrxwin = far;
+        const auto proof = std::get<NoSlot>(synthesizeWindows(context, {}));
+        QTEST(QStringLiteral("%1 [%2,%3] of %4 and %5")
+                  .arg(proof.side == NoSlot::Send ? u("send") : u("receive"))
+                  .arg(proof.earliest)
+                  .arg(proof.latest)
+                  .arg(proof.earliestPath)
+                  .arg(proof.latestPath),
+              "told");
     }
 
     void aTalkerWithoutASlotIsNamedFirst()

@@ -33,8 +33,8 @@ public:
 
 private:
     struct Table {
-        quint32 ring = 1;      ///< cells
-        std::size_t first = 0; ///< cell of m_cells
+        quint32 ring;      ///< cells
+        std::size_t first; ///< cell of m_cells
     };
     struct Occupant {
         quint32 flow;

@@ -16,9 +16,9 @@ namespace synthesis
 
 /// Cells of a port that a flow takes up when its send slot is 0; later ones move them on.
 struct Reservation {
-    quint32 port = 0;  ///< number in the model
-    quint32 start = 0; ///< cell on the flow's ring
-    quint32 length = 0;
+    quint32 port;  ///< number in the model
+    quint32 start; ///< cell on the flow's ring
+    quint32 length;
 };
 
 /// One way in which a frame may travel: how long after its start each listener gets it.
@@ -34,7 +34,7 @@ struct Pattern {
     /// Send slots that differ in the cells they take up; the first ones stand for all.
     quint32 choices(quint32 ringSlots) const
     {
-        return first > last ? 0 : std::min(quint32(last - first) + 1, ringSlots);
+        return std::min(quint32(last - first) + 1, ringSlots);
     }
 };
 

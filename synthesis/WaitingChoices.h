@@ -23,10 +23,10 @@ public:
 
 private:
     struct Listener {
-        quint16 nodeID = 0;
-        qint64 least = 0; ///< delay
-        qint64 most = 0;
-        qint64 extra = 0; ///< beyond the least
+        quint16 nodeID;
+        qint64 least; ///< delay
+        qint64 most;
+        qint64 extra; ///< beyond the least
     };
 
     void addPath(const planner::VirtualLinkPath& path, quint16 switchBufferNum);

@@ -155,10 +155,7 @@ private:
         own.restsOnResolution = true;
         if (judge(own).isFaultless)
             return own;
-        const bool hasEach =
-            std::none_of(m_model.flows().begin(), m_model.flows().end(),
-                         [](const SearchFlow& flow) { return flow.patterns.empty(); });
-        if (!hasEach || !PortClauses::areFeasible(m_model))
+        if (!PortClauses::areFeasible(m_model))
             return {};
         ResolutionSearch search(m_model, m_budget);
         std::optional<Found> plan;

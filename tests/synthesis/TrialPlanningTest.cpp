@@ -108,6 +108,8 @@ private slots:
         const TrialPlan trial = trialOf(network.draft);
         QCOMPARE(trial.code, planner::code::unreadable);
         QVERIFY(!trial.failedPort.has_value());
+        network.draft.flows.back().txwin = u("[600,800]"); // behind what is received
+        QCOMPARE(trialOf(network.draft).code, planner::code::refused);
     }
 
     void windowsOfAPlanAreGivenToAllPaths()

@@ -301,6 +301,12 @@ private slots:
         const auto plan = std::get<Found>(search(network));
         QCOMPARE(plan.flows[0].send.start, 0); // as it was
         QCOMPARE(plan.flows[1].send.start, 0);
+        TestNetwork more;
+        for (int i = 0; i < 3; ++i)
+            more.addFlow(words("A S T Z"), 4000, u("[0,400]"), u("[0,4000]")).flowID = i / 2;
+        const auto next = std::get<Found>(search(more));
+        QCOMPARE(next.flows[1].send.end, 1); // as it was
+        QCOMPARE(next.flows[2].send.end, 0);
     }
 
     // Its listeners get the frame at the same time only when it waits for the one that is later.
@@ -367,6 +373,38 @@ private slots:
         QCOMPARE(spent.unplaced.size(), std::size_t(1));
     }
 
+    void searchThatLeavesWaysOutProvesNothing()
+    {
+        TestNetwork network = endless();
+        for (DraftNode& node : network.draft.nodes)
+            node.buffernum = 1000;
+        network.addFlow(words("A S Y"), 2000000, u("[0,200]"), u("[0,200000]")); // 1000 ways
+        Options options;
+        options.steps = 20000000;
+        QVERIFY(!std::get<BudgetSpent>(search(network, options)).noneWithoutOverlap);
+        network.draft.flows.back().listeners.back().rxwin = u("[0,40000]"); // 200 ways
+        QVERIFY(std::get<BudgetSpent>(search(network, options)).noneWithoutOverlap);
+    }
+
+    // Its frame would have to wait four slots in S, which holds it for one.
+    void flowWithoutAWayIsProofWhateverElseThereIs()
+    {
+        TestNetwork network;
+        network.draft.nodes[4].buffernum = 1;
+        network.addFlow(words("A S T Z"), 4000, u("[0,200]"), u("[1600,1800]"));
+        network.addFlow(words("B S Y"), 200 * 65537, u("[0,200]"), u("[0,4000]")); // no clauses
+        const auto spent = std::get<BudgetSpent>(search(network));
+        QVERIFY(spent.noneWithoutOverlap);
+        QCOMPARE(spent.unplaced, (std::vector<std::size_t>{0}));
+        TestNetwork open;
+        open.draft.nodes[4].buffernum = 1;
+        open.draft.nodes[5].buffernum = 1000;
+        open.addFlow(words("A S T Z"), 400000, u("[0,200]"), u("[200400,200600]"));
+        open.addFlow(words("B S Y"), 400000, u("[0,200]"), u("[0,200000]"));
+        open.addListener(words("B S T Z"), u("[0,200000]")); // a million ways
+        QVERIFY(!std::get<BudgetSpent>(search(open)).noneWithoutOverlap);
+    }
+
     void ownWindowsAreTakenWhereTheRulesNeedNoHelp()
     {
         int calls = 0;
@@ -401,6 +439,23 @@ private slots:
         QVERIFY(spent.noneWithoutOverlap);
         QCOMPARE(calls, 1); // the own windows; single slots always meet
         QCOMPARE(atRest, calls);
+    }
+
+    void onlyOwnWindowsAreTriedWhereNoClausesCanBeWritten()
+    {
+        TestNetwork network;
+        network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
+        network.addFlow(words("B S T Z"), 2000, u("[0,200]"), u("[0,1000]"));
+        int calls = 0;
+        Options options;
+        options.steps = 5000000;
+        options.isFaultless = [&calls](const Found&, const QByteArray&) { return ++calls < 0; };
+        QVERIFY(std::holds_alternative<BudgetSpent>(search(network, options)));
+        QVERIFY(calls > 1);
+        calls = 0;
+        network.addFlow(words("Z T S Y"), 200 * 65537, u("[0,200]"), u("[0,4000]"));
+        QVERIFY(std::holds_alternative<BudgetSpent>(search(network, options)));
+        QVERIFY(calls <= 1);
     }
 
     void lastReportTellsThatAllArePlaced()

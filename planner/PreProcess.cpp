@@ -29,8 +29,8 @@ quint32 greatestCommonDivisor(quint32 a, quint32 b)
 
 /// Equal periods that follow each other.
 struct PeriodRun {
-    quint32 period = 0; ///< microseconds
-    size_t count = 0;
+    quint32 period; ///< microseconds
+    size_t count;
 };
 
 void append(std::vector<PeriodRun>& runs, const PeriodRun& run)

@@ -11,8 +11,8 @@ namespace planner
 /// A talker or a switch where it sends, or a listener.
 struct Hop {
     SlotWindow window;
-    quint32 slot = 0; ///< that was given by the last resolution of the port
-    PortIndex port = noPort;
+    quint32 slot; ///< that was given by the last resolution of the port
+    PortIndex port;
 };
 
 inline bool operator==(const Hop& a, const Hop& b)
@@ -23,7 +23,7 @@ inline bool operator==(const Hop& a, const Hop& b)
 /// One path as a range of hops: the talker, the switches, the listener.
 struct BoardPath {
     HopIndex talker;
-    quint32 switches = 0; ///< their count
+    quint32 switches; ///< their count
 
     HopIndex firstSwitch() const { return talker.plus(1); }
     HopIndex listener() const { return talker.plus(1 + switches); }

@@ -32,7 +32,7 @@ public:
     struct Later {
         SlotWindow window;
         Turn turn;
-        qint64 order = 0; ///< of adding
+        qint64 order; ///< of adding
     };
 
     /// Adds a window of the instance whose turn this is; turns must not fall.

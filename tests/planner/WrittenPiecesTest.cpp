@@ -225,6 +225,26 @@ private slots:
         QVERIFY(accepted < 115);
     }
 
+    void documentThatBreaksOffLeavesThePlannerAsItWas()
+    {
+        QByteArray written = longDocument();
+        written.truncate(written.size() * 3 / 4);
+        writeFile(hsFile(), written);
+        TTPlanner planner;
+        planner.hopBufferNum = 3;
+        planner.maxRxSlot = 7;
+        planner.schedCycle = 9;
+        planner.slotLen = 11;
+        planner.TTStreamInstanceList.resize(5);
+        const LogCapture log;
+        QCOMPARE(readIntermediateDocument(planner), code::unreadable);
+        QCOMPARE(int(planner.hopBufferNum), 3);
+        QCOMPARE(planner.maxRxSlot, 0); // a reading begins with it
+        QCOMPARE(int(planner.schedCycle), 9);
+        QCOMPARE(int(planner.slotLen), 11);
+        QCOMPARE(int(planner.TTStreamInstanceList.size()), 5);
+    }
+
     // Each gives two documents in one piece, or something beside the flows, where it stands alone.
     void pieceThatHoldsMoreThanItsFlowsIsReadWithTheWhole()
     {

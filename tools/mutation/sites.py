@@ -105,8 +105,15 @@ class Source:
             self.add(node, f"always {value}",
                      f"(mutation::is({{}}) ? {value} : static_cast<bool>(", "))")
 
+    def is_template_argument(self, start, end):
+        """Between angle brackets, where only the compiler reads it."""
+        line_start = self.bytes.rfind(b"\n", 0, start) + 1
+        return (re.search(r"\w<[^<>;()]*$", self.text(line_start, start)) is not None
+                and self.bytes[end:end + 1] == b">")
+
     def add_constant(self, node):
-        if not self.is_in_macro(node.extent.start.offset, node.extent.end.offset):
+        start, end = node.extent.start.offset, node.extent.end.offset
+        if not self.is_in_macro(start, end) and not self.is_template_argument(start, end):
             self.add(node, "another constant", "mutation::changed({}, ", ")")
 
     # The walk

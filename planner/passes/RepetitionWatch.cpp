@@ -1,25 +1,21 @@
 #include "planner/passes/RepetitionWatch.h"
 
+#include <QHash>
+
+#include <type_traits>
+
 namespace planner
 {
 
-static quint64 mixed(quint64 digest, quint64 value)
-{
-    digest = (digest ^ value) * 0x9E3779B97F4A7C15ULL;
-    return digest ^ (digest >> 29);
-}
-
+/// Of the windows and slots of an instance. That two are alike says little; it only spares
+/// comparing.
 static quint64 digestOf(const WindowBoard& board, InstanceIndex instance)
 {
-    quint64 digest = quint64(instance.value()) + 1;
-    const HopIndex end = board.firstHop(instance.plus(1));
-    for (HopIndex index = board.firstHop(instance); index != end; ++index) {
-        const Hop& hop = board.hop(index);
-        digest = mixed(digest, quint64(static_cast<quint32>(hop.window.start)) << 32 |
-                                   static_cast<quint32>(hop.window.end));
-        digest = mixed(digest, hop.slot);
-    }
-    return digest;
+    static_assert(std::has_unique_object_representations_v<Hop>,
+                  "the bytes of a hop are its values");
+    const quint32 first = board.firstHop(instance).value();
+    const quint32 end = board.firstHop(instance.plus(1)).value();
+    return qHashBits(board.hops().data() + first, (end - first) * sizeof(Hop), instance.value());
 }
 
 RepetitionWatch::RepetitionWatch(const WindowBoard& board)

@@ -4,6 +4,7 @@
 #include "planner/IntermediateDocument.h"
 #include "planner/PreProcess.h"
 #include "planner/passes/BoardIndex.h"
+#include "planner/search/PairKey.h"
 
 #include "tests/planner/InputText.h"
 #include "tests/planner/Windows.h"
@@ -55,6 +56,14 @@ class PlanningModelTest : public QObject
     Q_OBJECT
 
 private slots:
+    void pairsHaveKeysOfTheirOwn()
+    {
+        QCOMPARE(pairKey(0, 0), 0U);
+        QCOMPARE(pairKey(0, 65535), 65535U);
+        QCOMPARE(pairKey(1, 0), 65536U);
+        QCOMPARE(pairKey(65535, 65535), 0xFFFFFFFFU);
+    }
+
     void emptyDocumentGivesEmptyListsAndNoCycle()
     {
         const TemporaryFolder folder;

@@ -375,14 +375,16 @@ private slots:
 
     void searchThatLeavesWaysOutProvesNothing()
     {
-        TestNetwork network = endless();
+        TestNetwork network;
         for (DraftNode& node : network.draft.nodes)
             node.buffernum = 1000;
         network.addFlow(words("A S Y"), 2000000, u("[0,200]"), u("[0,200000]")); // 1000 ways
+        network.addFlow(words("A S T Z"), 400, u("[0,400]"), u("[0,4000]"));
+        network.addFlow(words("B S T Z"), 600, u("[0,600]"), u("[0,4000]"));
         Options options;
         options.steps = 20000000;
         QVERIFY(!std::get<BudgetSpent>(search(network, options)).noneWithoutOverlap);
-        network.draft.flows.back().listeners.back().rxwin = u("[0,40000]"); // 200 ways
+        network.draft.flows.front().listeners.back().rxwin = u("[0,40000]"); // 200 ways
         QVERIFY(std::get<BudgetSpent>(search(network, options)).noneWithoutOverlap);
     }
 

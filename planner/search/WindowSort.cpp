@@ -21,7 +21,7 @@ bool before(const SlotWindow& a, const SlotWindow& b)
     return a.start < b.start;
 }
 
-// --- Heap sort, which finishes a segment once quicksort has gone too deep.
+// --- Heap sort, which finishes a long segment once quicksort has gone too deep.
 
 struct Heap {
     Iterator first;
@@ -64,7 +64,7 @@ void sink(const Heap& heap, Index hole, SlotWindow value)
 void heapSort(Iterator first, Iterator last)
 {
     const Index length = last - first;
-    for (Index parent = (length - 2) / 2; length >= 2 && parent >= 0; --parent)
+    for (Index parent = (length - 2) / 2; parent >= 0; --parent)
         sink({first, length}, parent, first[parent]);
     for (Index end = length - 1; end > 0; --end) {
         const SlotWindow value = first[end];

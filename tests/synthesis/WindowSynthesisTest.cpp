@@ -187,6 +187,8 @@ private slots:
             << window(0, 9) << window(0, -1) << window(2, 9) << u("receive [0,-1] of 0 and 0");
         QTest::newRow("own window of the far")
             << window(0, 9) << window(1, 9) << window(1, 0) << u("receive [1,0] of 1 and 1");
+        QTest::newRow("own window far behind")
+            << window(0, 0) << window(1, 4) << window(60, 50) << u("receive [60,50] of 1 and 1");
         QTest::newRow("too late for the buffers")
             << window(0, 0) << window(1, 4) << window(20, 50) << u("receive [20,8] of 1 and 1");
         QTest::newRow("too early for the way")

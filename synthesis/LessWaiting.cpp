@@ -48,10 +48,6 @@ bool improveOnce(const SearchModel& model, PortTable& table, std::vector<Placeme
 
 std::vector<Placement> withLessWaiting(const SearchModel& model, std::vector<Placement> placements)
 {
-    const bool mayImprove = std::any_of(placements.begin(), placements.end(),
-                                        [](const Placement& one) { return one.pattern > 0; });
-    if (!mayImprove)
-        return placements;
     PortTable table(model);
     for (quint32 number = 0; number < placements.size(); ++number) {
         const Placement& one = placements[number];

@@ -80,7 +80,6 @@ SearchModel::SearchModel(const PlanningContext& context, const Repetition& repet
     std::vector<const TTFlow*> all;
     for (const TTFlow& flow : context.flows)
         all.push_back(&flow);
-    m_flows.reserve(places.size());
     for (const std::size_t place : places) {
         SearchFlow added;
         added.place = place;
@@ -132,7 +131,6 @@ bool SearchModel::reserve(const SearchFlow& flow, const std::vector<PortWindow>&
 {
     const quint64 cells = m_repetition.cellsPerSlot();
     const quint32 count = m_repetition.transmissionsOnRing(*flow.flow);
-    pattern.reservations.reserve(windows.size() * count);
     for (const PortWindow& window : windows) {
         const quint64 length = quint64(window.window.end - window.window.start + 1) * cells;
         if (length > flow.ring)

@@ -32,8 +32,6 @@ bool improveOnce(const SearchModel& model, PortTable& table, std::vector<Placeme
         const SearchFlow& flow = model.flows()[number];
         const Placement old = placements[number];
         const qint64 waiting = flow.patterns[old.pattern].waiting;
-        if (waiting == flow.patterns.front().waiting)
-            continue;
         table.release(number, flow.patterns[old.pattern], 1);
         const Placement better = betterPlace(table, flow, waiting);
         placements[number] = better.isSet() ? better : old;

@@ -248,13 +248,8 @@ private slots:
     void trialsTakeStepsForEachTransmission()
     {
         TestNetwork network;
-        for (int start = 0; start < 14000; start += 2000) {
-            const auto until = [start](int end) {
-                return QStringLiteral("[%1,%2]").arg(start).arg(start + end);
-            };
-            network.addFlow(words("A S T Z"), 14000, until(200), until(600));
-            network.addFlow(words("B S T Z"), 14000, until(200), until(1000));
-        }
+        for (int start = 0; start < 14000; start += 2000)
+            network.addOverlappingPair(start, 14000);
         const ParsedNetwork read = parsed(documentOf(network.draft));
         QList<int> calls;
         for (const quint64 steps : {500000, 1000000, 2000000}) {

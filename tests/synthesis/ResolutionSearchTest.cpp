@@ -22,12 +22,10 @@ using namespace synthesis;
 namespace
 {
 
-/// Two frames that leave together and have to arrive before one could wait out of the other's way.
 NetworkDraft oneMustOverlap()
 {
     TestNetwork network;
-    network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
-    network.addFlow(words("B S T Z"), 2000, u("[0,200]"), u("[0,1000]"));
+    network.addOverlappingPair(0, 2000);
     return network.draft;
 }
 
@@ -549,13 +547,8 @@ private slots:
     void onlySoManyPlacementsAreTried()
     {
         TestNetwork network;
-        for (int start = 0; start < 22000; start += 2000) {
-            const auto until = [start](int end) {
-                return QStringLiteral("[%1,%2]").arg(start).arg(start + end);
-            };
-            network.addFlow(words("A S T Z"), 24000, until(200), until(600));
-            network.addFlow(words("B S T Z"), 24000, until(200), until(1000));
-        }
+        for (int start = 0; start < 22000; start += 2000)
+            network.addOverlappingPair(start, 24000);
         QStringList all = offered(network.draft, {});
         QCOMPARE(all.size(), 1000);
         QCOMPARE(all.removeDuplicates(), 0);

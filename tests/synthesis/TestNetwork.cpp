@@ -46,3 +46,14 @@ void TestNetwork::addListener(const QStringList& path, const QString& rxwin)
     draft.virtualLinks.back().paths.push_back(path);
     draft.flows.back().listeners.push_back({path.last(), rxwin});
 }
+
+void TestNetwork::addOverlappingPair(int start_us, quint32 period)
+{
+    const auto until = [start_us](int length) {
+        return QStringLiteral("[%1,%2]").arg(start_us).arg(start_us + length);
+    };
+    addFlow({QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("T"), QStringLiteral("Z")},
+            period, until(200), until(600));
+    addFlow({QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("T"), QStringLiteral("Z")},
+            period, until(200), until(1000));
+}

@@ -14,6 +14,9 @@ public:
                        const QString& rxwin);
     /// Adds a listener with its path to the last flow.
     void addListener(const QStringList& path, const QString& rxwin);
+    /// Adds two frames that leave together at this time, in microseconds, and have to arrive before
+    /// one could wait out of the other's way.
+    void addOverlappingPair(int start_us, quint32 period);
 
     NetworkDraft draft;
 };

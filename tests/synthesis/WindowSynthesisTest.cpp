@@ -448,8 +448,7 @@ private slots:
     void onlyOwnWindowsAreTriedWhereNoClausesCanBeWritten()
     {
         TestNetwork network;
-        network.addFlow(words("A S T Z"), 2000, u("[0,200]"), u("[0,600]"));
-        network.addFlow(words("B S T Z"), 2000, u("[0,200]"), u("[0,1000]"));
+        network.addOverlappingPair(0, 2000);
         int calls = 0;
         Options options;
         options.steps = 5000000;
